@@ -1,0 +1,19 @@
+# Flags that every target of the project is compiled with.
+
+add_library(quorvane_compiler INTERFACE)
+target_compile_options(quorvane_compiler INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Wpedantic -Wnon-virtual-dtor -Werror)
+target_compile_definitions(quorvane_compiler INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(QUORVANE_SANITIZE)
+  target_compile_options(quorvane_compiler INTERFACE
+    -fsanitize=${QUORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(quorvane_compiler INTERFACE -fsanitize=${QUORVANE_SANITIZE})
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()

@@ -1,0 +1,29 @@
+# Everything comes from the distribution. Where something is missing, say which package brings it.
+
+function(quorvane_require found what package)
+  if(NOT ${found})
+    message(FATAL_ERROR
+      "Quorvane needs ${what}, which was not found here.\n"
+      "On Debian:  sudo apt install ${package}\n"
+      "(./run and ./test install everything themselves.)")
+  endif()
+endfunction()
+
+find_package(Qt6 6.4 QUIET COMPONENTS Core DBus)
+quorvane_require(Qt6_FOUND "Qt 6.4 or newer (Core and D-Bus)" "qt6-base-dev")
+
+find_package(PkgConfig QUIET)
+quorvane_require(PKG_CONFIG_FOUND "pkg-config" "pkg-config")
+
+pkg_check_modules(UDEV QUIET IMPORTED_TARGET libudev)
+quorvane_require(UDEV_FOUND "libudev" "libudev-dev")
+
+pkg_check_modules(SYSTEMD QUIET IMPORTED_TARGET libsystemd)
+quorvane_require(SYSTEMD_FOUND "libsystemd (for the journal)" "libsystemd-dev")
+
+if(QUORVANE_TESTS)
+  find_package(GTest QUIET)
+  quorvane_require(GTest_FOUND "GoogleTest and GoogleMock" "libgtest-dev libgmock-dev")
+  find_program(QUORVANE_PYTHON /usr/bin/python3)
+  quorvane_require(QUORVANE_PYTHON "Python 3 of the distribution" "python3")
+endif()

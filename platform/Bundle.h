@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace quorvane {
+
+/// The bundle that the running program belongs to. Any thread.
+class Bundle {
+  public:
+    virtual ~Bundle() = default;
+
+    /// For example "com.TarnwickStudios.quorvane".
+    [[nodiscard]] virtual QString identifier() const = 0;
+
+    /// The contents of a file of the bundle's resources, or nothing when there is no such file.
+    /// `type` is the file's extension without the dot.
+    [[nodiscard]] virtual std::optional<QByteArray> resource(const QString& name,
+                                                             const QString& type) const = 0;
+};
+
+} // namespace quorvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace quorvane {
+
+/// The user's files. Paths are absolute. Main thread only.
+class Files {
+  public:
+    virtual ~Files() = default;
+
+    struct Contents {
+        std::optional<QByteArray> data; ///< nothing when the file could not be read
+        QString error;                  ///< why, in words, when it could not
+    };
+
+    /// The folder in which applications keep the user's data, without a trailing slash.
+    [[nodiscard]] virtual QString applicationSupportFolder() const = 0;
+
+    [[nodiscard]] virtual Contents read(const QString& path) const = 0;
+
+    /// Replaces the file in one step: readers see the old contents or the new ones. Returns false,
+    /// with the old file as it was, when that failed.
+    virtual bool writeAtomically(const QString& path, const QByteArray& data) = 0;
+
+    /// Makes the folder and those above it; one that exists counts as made.
+    virtual bool createFolder(const QString& path) = 0;
+};
+
+} // namespace quorvane

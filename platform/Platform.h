@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+
+namespace quorvane {
+
+class Authorization;
+class Bundle;
+class Clock;
+class Displays;
+class Files;
+class HelperInstaller;
+class HelperTransport;
+class LogSink;
+class PowerSources;
+class Settings;
+class Tasks;
+class UserNotificationCenter;
+class Workspace;
+
+/// All ports of one machine. A program chooses one at start; every class reaches it through
+/// `platform()`.
+class Platform {
+  public:
+    virtual ~Platform() = default;
+
+    virtual Authorization& authorization() = 0;
+    virtual Bundle& bundle() = 0;
+    virtual Clock& clock() = 0;
+    virtual Displays& displays() = 0;
+    virtual Files& files() = 0;
+    virtual HelperInstaller& helperInstaller() = 0;
+    virtual HelperTransport& helperTransport() = 0;
+    virtual LogSink& logSink() = 0;
+    virtual PowerSources& powerSources() = 0;
+    virtual Settings& settings() = 0;
+    virtual Tasks& tasks() = 0;
+    virtual UserNotificationCenter& userNotifications() = 0;
+    virtual Workspace& workspace() = 0;
+};
+
+/// The installed platform. Asking before one is installed is a programming error and ends the
+/// process.
+Platform& platform();
+
+/// Makes `newPlatform` the one that `platform()` gives, or none. The shared instances hold on to the
+/// old one's ports: `SharedInstances::reset` exchanges both together.
+void installPlatform(std::unique_ptr<Platform> newPlatform);
+
+} // namespace quorvane
