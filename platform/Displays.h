@@ -22,7 +22,7 @@ class Displays {
     };
 
     struct Reading {
-        int status = 0;        ///< 0, or the platform's error; `brightness` means nothing then
+        int status = 0;          ///< 0, or the platform's error; `brightness` means nothing then
         float brightness = 0.0F; ///< 0.0 darkest to 1.0 brightest
     };
 

@@ -14,7 +14,8 @@ class Files {
 
     struct Contents {
         std::optional<QByteArray> data; ///< nothing when the file could not be read
-        QString error;                  ///< why, in words, when it could not
+        bool exists = true;             ///< false when there is no such file
+        QString error;                  ///< why, in words, when it could not be read
     };
 
     /// The folder in which applications keep the user's data, without a trailing slash.
@@ -25,6 +26,11 @@ class Files {
     /// Replaces the file in one step: readers see the old contents or the new ones. Returns false,
     /// with the old file as it was, when that failed.
     virtual bool writeAtomically(const QString& path, const QByteArray& data) = 0;
+
+    /// Moves a file that makes no sense to the program out of the way, beside itself under a name
+    /// that is free, so that it is not lost when a new one is written. Returns where it is now, or
+    /// nothing when it is still in its place.
+    virtual std::optional<QString> keepAside(const QString& path) = 0;
 
     /// Makes the folder and those above it; one that exists counts as made.
     virtual bool createFolder(const QString& path) = 0;

@@ -43,8 +43,8 @@ class Platform {
 /// process.
 Platform& platform();
 
-/// Makes `newPlatform` the one that `platform()` gives, or none. The shared instances hold on to the
-/// old one's ports: `SharedInstances::reset` exchanges both together.
+/// Makes `newPlatform` the one that `platform()` gives, or none. The shared instances hold on to
+/// the old one's ports: `SharedInstances::reset` exchanges both together.
 void installPlatform(std::unique_ptr<Platform> newPlatform);
 
 } // namespace quorvane

@@ -14,13 +14,13 @@ QString LinuxFiles::applicationSupportFolder() const {
 Files::Contents LinuxFiles::read(const QString& path) const {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        return {std::nullopt, path + QLatin1String(": ") + file.errorString()};
+        return {std::nullopt, file.exists(), path + QLatin1String(": ") + file.errorString()};
     }
     QByteArray data = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        return {std::nullopt, path + QLatin1String(": ") + file.errorString()};
+        return {std::nullopt, file.exists(), path + QLatin1String(": ") + file.errorString()};
     }
-    return {std::move(data), {}};
+    return {std::move(data), true, {}};
 }
 
 bool LinuxFiles::writeAtomically(const QString& path, const QByteArray& data) {
@@ -29,6 +29,14 @@ bool LinuxFiles::writeAtomically(const QString& path, const QByteArray& data) {
         return false;
     }
     return file.commit();
+}
+
+std::optional<QString> LinuxFiles::keepAside(const QString& path) {
+    QString aside = path + QLatin1String(".corrupt");
+    for (int number = 1; QFile::exists(aside); ++number) {
+        aside = QStringLiteral("%1.corrupt.%2").arg(path).arg(number);
+    }
+    return QFile::rename(path, aside) ? std::optional(aside) : std::nullopt;
 }
 
 bool LinuxFiles::createFolder(const QString& path) {

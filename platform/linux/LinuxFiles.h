@@ -10,6 +10,7 @@ class LinuxFiles final : public Files {
     [[nodiscard]] QString applicationSupportFolder() const override;
     [[nodiscard]] Contents read(const QString& path) const override;
     bool writeAtomically(const QString& path, const QByteArray& data) override;
+    std::optional<QString> keepAside(const QString& path) override;
     bool createFolder(const QString& path) override;
 };
 

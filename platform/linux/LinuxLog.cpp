@@ -1,7 +1,6 @@
 #include "platform/linux/LinuxLog.h"
 
 #include <cstdio>
-
 #include <systemd/sd-journal.h>
 #include <unistd.h>
 

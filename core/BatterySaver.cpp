@@ -1,0 +1,190 @@
+#include "core/BatterySaver.h"
+
+#include "battery/Battery.h"
+#include "battery/NotificationController.h"
+#include "core/MainQueue.h"
+#include "core/QuorvanePrefs.h"
+#include "core/SharedInstances.h"
+#include "core/UserDefaults.h"
+#include "helper/HelperTool.h"
+#include "modules/ModuleList.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quorvane {
+
+namespace {
+
+constexpr Seconds savingsPeriod{60.0};
+
+struct Saving {
+    const char* identifier;
+    double minutes; ///< saved per minute of the mode
+};
+
+constexpr std::array savings{
+    Saving{"TurboModule", 0.75},   Saving{"AppNapModule", 0.3},  Saving{"BrightnessModule", 0.15},
+    Saving{"ServicesModule", 0.1}, Saving{"BrowserModule", 0.1},
+};
+
+const QString wasEnabledOnQuit = QStringLiteral("WasEnabledOnQuit");
+
+} // namespace
+
+ModuleFactory::ModuleFactory() : makeModules(quorvane::makeModules) {}
+
+BatterySaver::BatterySaver()
+    : notifier_(std::make_unique<NotificationController>()),
+      modules_(SharedInstances::get<ModuleFactory>().makeModules()),
+      turboModule_(moduleWithIdentifier(QStringLiteral("TurboModule"))),
+      savingsTimer_(scheduledTimerWithTimeInterval(
+          savingsPeriod, [this] { updateMinutesSaved(); }, Repeats::Yes)) {
+    queueOnMain(this, [this] { bindSettings(); });
+}
+
+BatterySaver::~BatterySaver() = default;
+
+BatterySaver& BatterySaver::batterySaver() {
+    return SharedInstances::get<BatterySaver>();
+}
+
+void BatterySaver::bindSettings() {
+    QuorvanePrefs::bindKey(QStringLiteral("enabled"), *this, QStringLiteral("QuorvaneActive"));
+    QuorvanePrefs::bindKey(QStringLiteral("launchMode"), *this,
+                           QStringLiteral("QuorvaneAutoStartSetting"));
+    QuorvanePrefs::bindKey(QStringLiteral("batteryThreshhold"), *this,
+                           QStringLiteral("BatteryThreshold"));
+    checkThreshold();
+    updateModules();
+}
+
+QuorvaneModule* BatterySaver::moduleWithIdentifier(const QString& identifier) const {
+    const auto found = std::find_if(modules_.begin(), modules_.end(), [&](const auto& module) {
+        return module->identifier() == identifier;
+    });
+    return found == modules_.end() ? nullptr : found->get();
+}
+
+void BatterySaver::toggleModule(QuorvaneModule& module) {
+    module.toggleEnabled();
+}
+
+void BatterySaver::enableTurboModule() {
+    if (turboModule_ != nullptr) {
+        toggleModule(*turboModule_);
+    }
+}
+
+void BatterySaver::checkThreshold() {
+    if (Battery::battery().beneathQuorvaneThreshhold() && !isLaunchMode(LaunchMode::Manual)) {
+        askToEnablePowerSaving();
+        notifier_->setAlreadyAsked(true);
+    } else if (QuorvanePrefs::userDefaults().boolForKey(wasEnabledOnQuit) &&
+               isLaunchMode(LaunchMode::Manual)) {
+        enableWithNotification(false);
+    } else {
+        disableWithNotification(false);
+    }
+}
+
+void BatterySaver::askToEnablePowerSaving() {
+    if (enabled_) {
+        return;
+    }
+    if (isLaunchMode(LaunchMode::Automatic)) {
+        enableWithNotification(true);
+    } else {
+        notifier_->showLowPowerNotification();
+    }
+}
+
+void BatterySaver::askToEnableTurboModule() {
+    if (enabled_ && turboModule_ != nullptr && !turboModule_->enabled()) {
+        notifier_->showTurboNotification();
+    }
+}
+
+void BatterySaver::updateModules() {
+    for (const auto& module : modules_) {
+        module->updateRunning();
+    }
+}
+
+void BatterySaver::enableWithNotification(bool show) {
+    if (enabled_) {
+        return;
+    }
+    HelperTool::helperTool().installLatestVersion();
+    announceEnabled(true);
+    updateModules();
+    Battery::battery().writeToLog(QStringLiteral("Power saving is enabled"));
+    if (show) {
+        notifier_->enabledNotification();
+    }
+}
+
+void BatterySaver::disableWithNotification(bool alwaysShow) {
+    if (!enabled_) {
+        return;
+    }
+    announceEnabled(false);
+    updateModules();
+    Battery::battery().writeToLog(QStringLiteral("Power saving is disabled"));
+    notifier_->disabledNotificationAlwaysShow(alwaysShow);
+}
+
+void BatterySaver::announceEnabled(bool enabled) {
+    setObserved(enabled_, enabled, QStringLiteral("enabled"));
+}
+
+void BatterySaver::setEnabled(bool enabled) {
+    if (enabled) {
+        enableWithNotification(false);
+    } else {
+        disableWithNotification(false);
+    }
+}
+
+void BatterySaver::toggleEnabled() {
+    setEnabled(!enabled_);
+}
+
+void BatterySaver::quit() {
+    QuorvanePrefs::userDefaults().setBool(enabled_, wasEnabledOnQuit);
+    setEnabled(false);
+    Battery::battery().saveData();
+}
+
+float BatterySaver::estimationForOneMinute() const {
+    if (!enabled_) {
+        return 0.0F;
+    }
+    float minutes = 0.0F;
+    for (const Saving& saving : savings) {
+        const QuorvaneModule* module = moduleWithIdentifier(QString::fromLatin1(saving.identifier));
+        if (module != nullptr && module->enabled()) {
+            minutes = static_cast<float>(static_cast<double>(minutes) + saving.minutes);
+        }
+    }
+    return minutes;
+}
+
+std::int32_t BatterySaver::resetMinutesSaved() {
+    return static_cast<std::int32_t>(std::exchange(minutesSaved_, 0.0F));
+}
+
+void BatterySaver::updateMinutesSaved() {
+    minutesSaved_ += estimationForOneMinute();
+}
+
+void BatterySaver::setLaunchMode(quint64 mode) {
+    setObserved(launchMode_, mode, QStringLiteral("launchMode"));
+}
+
+void BatterySaver::setBatteryThreshhold(int percent) {
+    setObserved(batteryThreshhold_, percent, QStringLiteral("batteryThreshhold"));
+}
+
+} // namespace quorvane

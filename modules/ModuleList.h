@@ -1,0 +1,10 @@
+#pragma once
+
+#include "core/QuorvaneModule.h"
+
+namespace quorvane {
+
+/// All modules, in the order in which the mode switches them.
+[[nodiscard]] ModuleList makeModules();
+
+} // namespace quorvane

@@ -1,0 +1,213 @@
+#include "platform/simulated/SimulatedHelper.h"
+
+#include "helper/HelperToolProtocol.h"
+
+#include <QThreadPool>
+
+#include <list>
+#include <mutex>
+#include <utility>
+
+namespace quorvane {
+
+struct SimulatedHelper::Shared {
+    std::mutex mutex;
+    State state = State::Answers;
+    QString version;
+    QStringList calls;
+    std::list<std::weak_ptr<std::function<void()>>> invalidationHandlers;
+
+    void note(const QString& call) {
+        const std::lock_guard lock(mutex);
+        calls.append(call);
+    }
+};
+
+namespace {
+
+using Shared = std::shared_ptr<SimulatedHelper::Shared>;
+
+// Commands, replies and handlers run on one thread that is not the main one, as with the real
+// transport.
+class Queue {
+  public:
+    Queue() { pool_.setMaxThreadCount(1); }
+
+    ~Queue() { pool_.waitForDone(); }
+
+    Queue(const Queue&) = delete;
+    Queue& operator=(const Queue&) = delete;
+
+    void run(std::function<void()> block) { pool_.start(std::move(block)); }
+
+  private:
+    QThreadPool pool_;
+};
+
+class Proxy final : public HelperToolProtocol {
+  public:
+    Proxy(Shared shared, std::shared_ptr<Queue> queue, HelperConnection::ErrorHandler errorHandler)
+        : shared_(std::move(shared)), queue_(std::move(queue)),
+          errorHandler_(std::move(errorHandler)) {}
+
+    void loadModuleNamed(const QString& path, StatusReply reply) override {
+        send(QStringLiteral("load ") + path, [reply] { reply(QStringLiteral("loaded")); });
+    }
+
+    void unloadModuleNamed(const QString& path, StatusReply reply) override {
+        send(QStringLiteral("unload ") + path, [reply] { reply(QStringLiteral("unloaded")); });
+    }
+
+    void getTaskPowerMetrics(LinesReply reply) override {
+        send(QStringLiteral("metrics"), [reply] { reply({}); });
+    }
+
+    void getVersion(StatusReply reply) override {
+        send(QStringLiteral("version"), [shared = shared_, reply] {
+            QString version;
+            {
+                const std::lock_guard lock(shared->mutex);
+                version = shared->version;
+            }
+            reply(version);
+        });
+    }
+
+    void enableLowPowerMode(StatusReply reply) override {
+        send(QStringLiteral("low power on"), [reply] { reply(QStringLiteral("on")); });
+    }
+
+    void disableLowPowerMode(StatusReply reply) override {
+        send(QStringLiteral("low power off"), [reply] { reply(QStringLiteral("off")); });
+    }
+
+  private:
+    void send(const QString& call, std::function<void()> answer) {
+        queue_->run([shared = shared_, call, answer = std::move(answer), onError = errorHandler_] {
+            shared->note(call);
+            SimulatedHelper::State state{};
+            {
+                const std::lock_guard lock(shared->mutex);
+                state = shared->state;
+            }
+            if (state == SimulatedHelper::State::Gone) {
+                onError(QStringLiteral("the helper cannot be reached"));
+            } else if (state == SimulatedHelper::State::Answers) {
+                answer();
+            }
+        });
+    }
+
+    Shared shared_;
+    std::shared_ptr<Queue> queue_;
+    HelperConnection::ErrorHandler errorHandler_;
+};
+
+class Connection final : public HelperConnection {
+  public:
+    explicit Connection(Shared shared)
+        : shared_(std::move(shared)), queue_(std::make_shared<Queue>()),
+          handler_(std::make_shared<std::function<void()>>()) {}
+
+    void setInvalidationHandler(std::function<void()> handler) override {
+        const std::lock_guard lock(shared_->mutex);
+        *handler_ = std::move(handler);
+    }
+
+    void resume() override {
+        const std::lock_guard lock(shared_->mutex);
+        shared_->invalidationHandlers.push_back(handler_);
+    }
+
+    void invalidate() override {
+        queue_->run([shared = shared_, handler = handler_] {
+            std::function<void()> block;
+            {
+                const std::lock_guard lock(shared->mutex);
+                block = std::exchange(*handler, {});
+            }
+            if (block) {
+                block();
+            }
+        });
+    }
+
+    std::shared_ptr<HelperToolProtocol> remoteObjectProxy(ErrorHandler errorHandler) override {
+        return std::make_shared<Proxy>(shared_, queue_, std::move(errorHandler));
+    }
+
+  private:
+    Shared shared_;
+    std::shared_ptr<Queue> queue_;
+    std::shared_ptr<std::function<void()>> handler_;
+};
+
+} // namespace
+
+SimulatedHelper::SimulatedHelper() : shared_(std::make_shared<SimulatedHelper::Shared>()) {}
+
+SimulatedHelper::~SimulatedHelper() = default;
+
+bool SimulatedHelper::isInstalled(const QString& /*label*/) const {
+    return installed_;
+}
+
+std::optional<QString> SimulatedHelper::install(const QString& /*label*/) {
+    shared_->note(QStringLiteral("install"));
+    if (installError_) {
+        return installError_;
+    }
+    installed_ = true;
+    setVersion(bundledVersion_);
+    setState(State::Answers);
+    return std::nullopt;
+}
+
+std::optional<QString> SimulatedHelper::remove(const QString& /*label*/) {
+    shared_->note(QStringLiteral("remove"));
+    if (removeError_) {
+        return removeError_;
+    }
+    installed_ = false;
+    setState(State::Gone);
+    return std::nullopt;
+}
+
+std::unique_ptr<HelperConnection> SimulatedHelper::connectTo(const QString& /*serviceName*/) {
+    shared_->note(QStringLiteral("connect"));
+    return std::make_unique<Connection>(shared_);
+}
+
+void SimulatedHelper::setVersion(const QString& version) {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->version = version;
+}
+
+void SimulatedHelper::setState(State state) {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->state = state;
+}
+
+void SimulatedHelper::invalidateConnections() {
+    std::list<std::function<void()>> blocks;
+    {
+        const std::lock_guard lock(shared_->mutex);
+        for (const auto& each : std::exchange(shared_->invalidationHandlers, {})) {
+            if (const auto handler = each.lock()) {
+                blocks.push_back(std::exchange(*handler, {}));
+            }
+        }
+    }
+    for (const auto& block : blocks) {
+        if (block) {
+            block();
+        }
+    }
+}
+
+QStringList SimulatedHelper::calls() const {
+    const std::lock_guard lock(shared_->mutex);
+    return shared_->calls;
+}
+
+} // namespace quorvane

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/HelperInstaller.h"
+#include "platform/HelperTransport.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace quorvane {
+
+/// The privileged helper: whether it is installed, which version runs and whether it answers.
+class SimulatedHelper final : public HelperInstaller, public HelperTransport {
+  public:
+    enum class State {
+        Answers,
+        Silent, ///< takes commands and never replies
+        Gone    ///< cannot be reached
+    };
+
+    SimulatedHelper();
+    ~SimulatedHelper() override;
+
+    SimulatedHelper(const SimulatedHelper&) = delete;
+    SimulatedHelper& operator=(const SimulatedHelper&) = delete;
+
+    [[nodiscard]] bool isInstalled(const QString& label) const override;
+    std::optional<QString> install(const QString& label) override;
+    std::optional<QString> remove(const QString& label) override;
+    [[nodiscard]] std::unique_ptr<HelperConnection> connectTo(const QString& serviceName) override;
+
+    void setInstalled(bool installed) { installed_ = installed; }
+
+    void setVersion(const QString& version);
+
+    /// The version that the next installation brings.
+    void setBundledVersion(const QString& version) { bundledVersion_ = version; }
+
+    void setState(State state);
+
+    void failInstalling(std::optional<QString> error) { installError_ = std::move(error); }
+
+    void failRemoving(std::optional<QString> error) { removeError_ = std::move(error); }
+
+    /// The helper leaves: open connections become invalid.
+    void invalidateConnections();
+
+    /// "install", "remove", "connect" and the commands, in the order in which they came.
+    [[nodiscard]] QStringList calls() const;
+
+    struct Shared; ///< seen by the connections' threads too
+
+  private:
+    bool installed_ = false;
+    QString bundledVersion_;
+    std::optional<QString> installError_;
+    std::optional<QString> removeError_;
+    std::shared_ptr<Shared> shared_;
+};
+
+} // namespace quorvane

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/simulated/SimulatedAuthorization.h"
+#include "platform/simulated/SimulatedBundle.h"
+#include "platform/simulated/SimulatedClock.h"
+#include "platform/simulated/SimulatedDisplays.h"
+#include "platform/simulated/SimulatedFiles.h"
+#include "platform/simulated/SimulatedHelper.h"
+#include "platform/simulated/SimulatedLog.h"
+#include "platform/simulated/SimulatedPowerSources.h"
+#include "platform/simulated/SimulatedSettings.h"
+#include "platform/simulated/SimulatedTasks.h"
+#include "platform/simulated/SimulatedUserNotifications.h"
+#include "platform/simulated/SimulatedWorkspace.h"
+
+namespace quorvane {
+
+/// A whole laptop in memory. Each port is given as what it really is, so that a test or the demo
+/// can play the user and the hardware.
+class SimulatedPlatform final : public Platform {
+  public:
+    SimulatedPlatform() : tasks_(clock_) {}
+
+    SimulatedAuthorization& authorization() override { return authorization_; }
+
+    SimulatedBundle& bundle() override { return bundle_; }
+
+    SimulatedClock& clock() override { return clock_; }
+
+    SimulatedDisplays& displays() override { return displays_; }
+
+    SimulatedFiles& files() override { return files_; }
+
+    SimulatedHelper& helperInstaller() override { return helper_; }
+
+    SimulatedHelper& helperTransport() override { return helper_; }
+
+    SimulatedLog& logSink() override { return log_; }
+
+    SimulatedPowerSources& powerSources() override { return powerSources_; }
+
+    SimulatedSettings& settings() override { return settings_; }
+
+    SimulatedTasks& tasks() override { return tasks_; }
+
+    SimulatedUserNotifications& userNotifications() override { return userNotifications_; }
+
+    SimulatedWorkspace& workspace() override { return workspace_; }
+
+  private:
+    SimulatedLog log_; // outlives everything that may still want to say something
+    SimulatedAuthorization authorization_;
+    SimulatedBundle bundle_;
+    SimulatedClock clock_;
+    SimulatedDisplays displays_;
+    SimulatedFiles files_;
+    SimulatedHelper helper_;
+    SimulatedPowerSources powerSources_;
+    SimulatedSettings settings_;
+    SimulatedTasks tasks_;
+    SimulatedUserNotifications userNotifications_;
+    SimulatedWorkspace workspace_;
+};
+
+} // namespace quorvane
