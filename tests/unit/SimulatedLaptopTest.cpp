@@ -1,0 +1,69 @@
+#include "tests/unit/SimulatedLaptopTest.h"
+
+#include "core/AppDelegate.h"
+#include "core/BatterySaver.h"
+#include "core/QuorvanePrefs.h"
+#include "core/RegisteredDefaults.h"
+#include "core/UserDefaults.h"
+
+namespace quorvane::test {
+
+SimulatedLaptopTest::SimulatedLaptopTest() {
+    auto laptop = std::make_unique<SimulatedPlatform>();
+    laptop_ = laptop.get();
+    SharedInstances::reset(std::move(laptop));
+}
+
+SimulatedLaptopTest::~SimulatedLaptopTest() {
+    delegate_.reset();
+    SharedInstances::reset(nullptr);
+}
+
+SimulatedSettingsDomain& SimulatedLaptopTest::settings() {
+    return laptop_->settings().domain(QuorvanePrefs::domainName());
+}
+
+QVariant SimulatedLaptopTest::stored(const char* key) {
+    return settings().value(QString::fromLatin1(key));
+}
+
+void SimulatedLaptopTest::store(const char* key, const QVariant& value) {
+    settings().writeFromElsewhere(QString::fromLatin1(key), value);
+}
+
+void SimulatedLaptopTest::startWithoutMainQueue() {
+    delegate_ = std::make_unique<AppDelegate>([this] { terminated_ = true; });
+    delegate_->applicationWillFinishLaunching();
+    delegate_->applicationDidFinishLaunching();
+}
+
+void SimulatedLaptopTest::start() {
+    startWithoutMainQueue();
+    SimulatedClock::runMainQueue();
+}
+
+bool SimulatedLaptopTest::quit() {
+    delegate_->quit();
+    SimulatedClock::runMainQueue();
+    return terminated_;
+}
+
+void SimulatedLaptopTest::registerDefaults() {
+    for (const QVariantMap& group : registeredDefaults()) {
+        QuorvanePrefs::userDefaults().registerDefaults(group);
+    }
+}
+
+void SimulatedLaptopTest::useModules(std::function<ModuleList()> makeModules) {
+    SharedInstances::get<ModuleFactory>().makeModules = std::move(makeModules);
+}
+
+QStringList SimulatedLaptopTest::notificationTitles() {
+    return laptop_->userNotifications().titles();
+}
+
+QStringList SimulatedLaptopTest::logLines() {
+    return laptop_->logSink().lines();
+}
+
+} // namespace quorvane::test
