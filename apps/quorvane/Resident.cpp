@@ -1,0 +1,91 @@
+#include "apps/quorvane/Resident.h"
+
+#include "core/AppDelegate.h"
+#include "core/SharedInstances.h"
+#include "platform/linux/EndOfSession.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/QuitService.h"
+#include "platform/linux/RunningCopies.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <utility>
+
+namespace quorvane {
+
+namespace {
+
+int complain(const char* text) {
+    std::fprintf(stderr, "quorvane: %s\n", text);
+    return EXIT_FAILURE;
+}
+
+int complainAboutMissingSession() {
+    return complain(
+        "there is no session bus here, so this is not a desktop session. Start it from "
+        "a terminal of your desktop (DBUS_SESSION_BUS_ADDRESS must be set), or see what "
+        "it does with quorvane-demo.");
+}
+
+} // namespace
+
+Resident::Resident(const QDBusConnection& sessionBus, const QDBusConnection& systemBus)
+    : sessionBus_(sessionBus), systemBus_(systemBus) {}
+
+int Resident::run() {
+    if (!sessionBus_.isConnected()) {
+        return complainAboutMissingSession();
+    }
+    const EndOfSession endOfSession(sessionBus_);
+    const QuitService quitService(sessionBus_);
+    RunningCopies copies(sessionBus_);
+    const QString identifier = RunningCopies::names().first();
+    if (!copies.running().isEmpty() || !copies.enter(identifier)) {
+        return complain("Quorvane already running. Another version of Quorvane is already running. "
+                        "Please quit it (quorvane --quit), then try again.");
+    }
+
+    auto machine = std::make_unique<LinuxPlatform>(sessionBus_, systemBus_);
+    LinuxPlatform& platform = *machine;
+    platform.displays().putBack();
+    SharedInstances::reset(std::move(machine));
+
+    AppDelegate delegate([] { QCoreApplication::quit(); });
+    QObject::connect(&quitService, &QuitService::quitRequested, &delegate, &AppDelegate::quit);
+    QObject::connect(&endOfSession, &EndOfSession::ended, &delegate,
+                     [] { QCoreApplication::quit(); });
+    delegate.applicationWillFinishLaunching();
+    delegate.applicationDidFinishLaunching();
+
+    const int status = QCoreApplication::exec();
+    // After a proper quit nothing is left to put back. After a signal the mode counts as on, for
+    // the next start to decide on; the machine itself does not wait for that.
+    platform.displays().putBack();
+    platform.finishPendingWork();
+    SharedInstances::reset(nullptr);
+    return status;
+}
+
+int Resident::quitRunningCopy() {
+    if (!sessionBus_.isConnected()) {
+        return complainAboutMissingSession();
+    }
+    RunningCopies copies(sessionBus_);
+    if (copies.running().isEmpty()) {
+        return complain("no copy of Quorvane runs in this session.");
+    }
+    return copies.quitAll() ? EXIT_SUCCESS
+                            : complain("the running copy did not quit within half a minute.");
+}
+
+int Resident::restore() {
+    LinuxPlatform machine(sessionBus_, systemBus_);
+    machine.displays().putBack();
+    machine.finishPendingWork();
+    return EXIT_SUCCESS;
+}
+
+} // namespace quorvane

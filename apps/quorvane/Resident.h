@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QDBusConnection>
+
+namespace quorvane {
+
+/// What `quorvane` can be told to do. Each returns the process's exit status and tells the user in
+/// plain words on standard error what went wrong.
+class Resident {
+  public:
+    Resident(const QDBusConnection& sessionBus, const QDBusConnection& systemBus);
+
+    /// Runs until the user quits or the session ends.
+    int run();
+
+    /// Asks the running copy to quit, which ends Low Power Mode and stores the battery history.
+    int quitRunningCopy();
+
+    /// Puts back whatever a run that has ended left changed on the machine.
+    int restore();
+
+  private:
+    QDBusConnection sessionBus_;
+    QDBusConnection systemBus_;
+};
+
+} // namespace quorvane

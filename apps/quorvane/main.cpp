@@ -1,0 +1,60 @@
+#include "apps/quorvane/Resident.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QFile>
+
+#include <cstdio>
+
+namespace {
+
+// Where no session bus is announced, the library would start one of its own, which nobody else in
+// the session talks to.
+QDBusConnection sessionBus() {
+    const bool isAnnounced =
+        qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
+        (qEnvironmentVariableIsSet("XDG_RUNTIME_DIR") &&
+         QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus")));
+    return isAnnounced ? QDBusConnection::sessionBus() : QDBusConnection(QString());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("quorvane"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Lengthens the battery life of this laptop: watches the battery and, in Low Power Mode,\n"
+        "dims the screen; puts everything back when the mode ends. Runs until you quit it.\n\n"
+        "Settings: com.TarnwickStudios.quorvane.conf in ~/.config (or $XDG_CONFIG_HOME).\n"
+        "  QuorvaneActive=true|false            switches Low Power Mode on and off\n"
+        "  QuorvaneAutoStartSetting=0|1|2       at the threshold: start at once, ask, do nothing\n"
+        "  BatteryThreshold=70                  percent\n"
+        "  BrightnessModuleActivated=true|false dim the screen in Low Power Mode\n"
+        "  BrightnessModuleAmount=50            0 (darkest) to 100 (brightest)"));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption quit(
+        QStringLiteral("quit"),
+        QStringLiteral("Ask the running copy to quit: the mode ends, everything is put back."));
+    const QCommandLineOption restore(
+        QStringLiteral("restore"),
+        QStringLiteral("Put back what a copy that has crashed left changed, and end."));
+    parser.addOptions({quit, restore});
+    parser.process(application);
+    if (!parser.positionalArguments().isEmpty()) {
+        std::fprintf(stderr, "quorvane: unexpected argument \"%s\"; see quorvane --help.\n",
+                     qPrintable(parser.positionalArguments().first()));
+        return 2;
+    }
+
+    quorvane::Resident resident(sessionBus(), QDBusConnection::systemBus());
+    if (parser.isSet(restore)) {
+        return resident.restore();
+    }
+    return parser.isSet(quit) ? resident.quitRunningCopy() : resident.run();
+}

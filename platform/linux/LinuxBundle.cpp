@@ -1,0 +1,41 @@
+#include "platform/linux/LinuxBundle.h"
+
+#include "core/PropertyList.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <utility>
+
+namespace quorvane {
+
+namespace {
+
+std::optional<QByteArray> contentsOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
+}
+
+QString identifierIn(const QString& infoFile) {
+    const std::optional<QByteArray> info = contentsOf(infoFile);
+    const PropertyListResult list = info ? readPropertyList(*info) : PropertyListResult{};
+    return list.value ? list.value->toMap().value(QStringLiteral("CFBundleIdentifier")).toString()
+                      : QString();
+}
+
+} // namespace
+
+LinuxBundle::LinuxBundle(QString contentsFolder)
+    : contentsFolder_(std::move(contentsFolder)),
+      identifier_(identifierIn(contentsFolder_ + QStringLiteral("/Info.plist"))) {}
+
+QString LinuxBundle::contentsFolderOfThisProgram() {
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/.."));
+}
+
+std::optional<QByteArray> LinuxBundle::resource(const QString& name, const QString& type) const {
+    return contentsOf(QStringLiteral("%1/Resources/%2.%3").arg(contentsFolder_, name, type));
+}
+
+} // namespace quorvane

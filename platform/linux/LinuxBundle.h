@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/Bundle.h"
+
+namespace quorvane {
+
+/// The relocatable folder that the program was started from: the executable lies in
+/// <bundle>/Contents/Linux, its description in Contents/Info.plist, resources in
+/// Contents/Resources.
+class LinuxBundle final : public Bundle {
+  public:
+    /// `contentsFolder` without a trailing slash.
+    explicit LinuxBundle(QString contentsFolder);
+
+    /// The bundle of the running executable.
+    [[nodiscard]] static QString contentsFolderOfThisProgram();
+
+    [[nodiscard]] QString identifier() const override { return identifier_; }
+
+    [[nodiscard]] std::optional<QByteArray> resource(const QString& name,
+                                                     const QString& type) const override;
+
+  private:
+    QString contentsFolder_;
+    QString identifier_; ///< empty outside a bundle
+};
+
+} // namespace quorvane

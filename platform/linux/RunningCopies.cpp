@@ -1,0 +1,54 @@
+#include "platform/linux/RunningCopies.h"
+
+#include "platform/linux/QuitService.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDeadlineTimer>
+#include <QThread>
+
+namespace quorvane {
+
+namespace {
+
+constexpr int quitLimitMilliseconds = 30000;
+constexpr unsigned long pauseMilliseconds = 20;
+
+} // namespace
+
+RunningCopies::RunningCopies(const QDBusConnection& sessionBus) : bus_(sessionBus) {}
+
+QStringList RunningCopies::names() {
+    return {QStringLiteral("com.TarnwickStudios.quorvane"),
+            QStringLiteral("com.tarnwick.quorvane-setapp")};
+}
+
+QStringList RunningCopies::running() const {
+    QStringList owned;
+    for (const QString& name : names()) {
+        if (bus_.interface()->isServiceRegistered(name)) {
+            owned.append(name);
+        }
+    }
+    return owned;
+}
+
+bool RunningCopies::enter(const QString& bundleIdentifier) {
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        bus_.interface()->registerService(bundleIdentifier);
+    return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+bool RunningCopies::quitAll() {
+    for (const QString& name : running()) {
+        bus_.call(QDBusMessage::createMethodCall(
+            name, QuitService::path(), QuitService::interfaceName(), QStringLiteral("Quit")));
+    }
+    const QDeadlineTimer deadline(quitLimitMilliseconds);
+    while (!running().isEmpty() && !deadline.hasExpired()) {
+        QThread::msleep(pauseMilliseconds);
+    }
+    return running().isEmpty();
+}
+
+} // namespace quorvane

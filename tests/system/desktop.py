@@ -1,0 +1,275 @@
+"""A user's desktop session on a laptop that does not exist: private buses, a real upowerd, a real
+notification server under a real X server, and the built Quorvane as the user runs it."""
+
+import configparser
+import json
+import os
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+FIXTURES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "fixtures")
+sys.path.insert(0, FIXTURES)
+
+from fake_laptop import FakeLaptop, end_with_parent, environment  # noqa: E402
+
+PROGRAMS = os.path.join(os.environ["QUORVANE_APP"], "Contents", "Linux")
+NAME = "com.TarnwickStudios.quorvane"
+PATIENCE = 20  # seconds that a state may take on a busy machine
+
+BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>{kind}</type>
+  <listen>unix:path={socket}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow receive_sender="*"/>
+  </policy>
+</busconfig>
+"""
+
+# dunst asks this program which action of a notification to take: the one with this label.
+PICK = """#!/bin/sh
+grep -m1 -F "#$(cat '{folder}/pick') "
+"""
+
+DUNSTRC = """[global]
+    width = 420
+    offset = 10x10
+    font = DejaVu Sans 11
+    dmenu = {folder}/pick.sh
+    idle_threshold = 0
+    sort = no
+"""
+
+
+def wait_until(condition, what, limit=PATIENCE):
+    """Waits until the condition gives something true, and gives that."""
+    end = time.monotonic() + limit
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {limit} s in vain: {what}")
+        time.sleep(0.02)
+
+
+class Desktop:
+    def __init__(self):
+        self.folder = tempfile.mkdtemp(prefix="quorvane-desktop-")
+        self.processes = {}
+        self.laptop = None
+        self.env = dict(
+            PATH="/usr/sbin:/usr/bin:/sbin:/bin", LANG="C.UTF-8", HOME=self.path("home"),
+            XDG_CONFIG_HOME=self.path("home/.config"), XDG_DATA_HOME=self.path("home/.local/share"),
+            XDG_RUNTIME_DIR=self.path("run"),
+            DBUS_SESSION_BUS_ADDRESS="unix:path=" + self.path("session.bus"),
+            DBUS_SYSTEM_BUS_ADDRESS="unix:path=" + self.path("system.bus"),
+            # the fake laptop is preloaded, so it comes before the sanitizer's own library
+            ASAN_OPTIONS="verify_asan_link_order=0:" + os.environ.get("ASAN_OPTIONS", ""),
+            UBSAN_OPTIONS=os.environ.get("UBSAN_OPTIONS", ""))
+        for folder in ("home/.config", "home/.local/share", "run"):
+            os.makedirs(self.path(folder), mode=0o700)
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    # --- start and end
+
+    def start(self, percent=80, plugged=True):
+        self.laptop = FakeLaptop.start(self.folder)
+        self.laptop.charge(percent)
+        if not plugged:
+            self.laptop.unplug()
+        for kind in ("session", "system"):
+            self.start_bus(kind)
+        self.start_upowerd()
+        self.spawn("monitor", ["dbus-monitor", "--address", self.env["DBUS_SESSION_BUS_ADDRESS"],
+                               "interface='org.freedesktop.Notifications'"])
+        self.start_x()
+        self.start_notification_server()
+        return self
+
+    def stop(self):
+        for name in reversed(list(self.processes)):
+            self.end(name)
+        if self.laptop:
+            self.laptop.stop()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def spawn(self, name, command, extra=None, **options):
+        with open(self.path(name + ".log"), "ab") as log:
+            process = subprocess.Popen(
+                command, env=dict(self.env, **(extra or {})), stdin=subprocess.DEVNULL,
+                stdout=log, stderr=log, cwd=self.folder, preexec_fn=end_with_parent, **options)
+        self.processes[name] = process
+        return process
+
+    def end(self, name, how=signal.SIGTERM):
+        process = self.processes.pop(name)
+        if process.poll() is None:
+            process.send_signal(how)
+        try:
+            return process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+            raise
+
+    def log(self, name):
+        with open(self.path(name + ".log"), encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+    # --- services
+
+    def start_bus(self, kind):
+        configuration = self.path(kind + ".conf")
+        with open(configuration, "w", encoding="utf-8") as file:
+            file.write(BUS.format(kind=kind, socket=self.path(kind + ".bus")))
+        self.spawn(kind, ["dbus-daemon", "--nofork", "--nopidfile",
+                          "--config-file=" + configuration])
+        wait_until(lambda: os.path.exists(self.path(kind + ".bus")), kind + " bus")
+
+    def service(self, name, *arguments):
+        """One of the real services of a laptop."""
+        return self.spawn(name, ["/usr/bin/python3", os.path.join(FIXTURES, "laptop_services.py"),
+                                 *arguments])
+
+    def start_upowerd(self):
+        self.service("upowerd", "upowerd", self.laptop.root, self.folder)
+        wait_until(lambda: self.has_owner("system", "org.freedesktop.UPower"), "upowerd")
+
+    def start_x(self):
+        reading, writing = os.pipe()
+        self.spawn("xvfb", ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x800x24",
+                            "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as stream:
+            self.env["DISPLAY"] = ":" + stream.readline().strip()
+
+    def start_notification_server(self):
+        with open(self.path("pick.sh"), "w", encoding="utf-8") as file:
+            file.write(PICK.format(folder=self.folder))
+        os.chmod(self.path("pick.sh"), 0o755)
+        with open(self.path("dunstrc"), "w", encoding="utf-8") as file:
+            file.write(DUNSTRC.format(folder=self.folder))
+        self.spawn("dunst", ["dunst", "-conf", self.path("dunstrc")])
+        wait_until(lambda: self.has_owner("session", "org.freedesktop.Notifications"), "dunst")
+
+    def call(self, bus, destination, path, method, *arguments):
+        command = ["gdbus", "call", f"--{bus}", "-d", destination, "-o", path, "-m", method,
+                   *arguments]
+        done = subprocess.run(command, env=self.env, capture_output=True, text=True, check=False,
+                              timeout=PATIENCE)
+        return done.stdout.strip() if done.returncode == 0 else None
+
+    def has_owner(self, bus, name):
+        return self.call(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                         "org.freedesktop.DBus.NameHasOwner", name) == "(true,)"
+
+    # --- what the user does
+
+    def quorvane(self, name="quorvane"):
+        """Starts the resident program and waits until it is there."""
+        process = self.spawn(name, [os.path.join(PROGRAMS, "quorvane")],
+                             environment(self.laptop.root))
+        wait_until(lambda: self.has_owner("session", NAME) or process.poll() is not None,
+                   "the program's name on the bus")
+        if process.poll() is not None:
+            raise AssertionError("quorvane ended: " + self.log(name))
+        return process
+
+    def run(self, *arguments, **extra):
+        """Runs the program to its end."""
+        return subprocess.run([os.path.join(PROGRAMS, "quorvane"), *arguments],
+                              env=dict(self.env, **environment(self.laptop.root), **extra),
+                              capture_output=True, text=True, check=False, timeout=60)
+
+    def quit(self):
+        done = self.run("--quit")
+        assert done.returncode == 0, done.stderr
+        self.processes.pop("quorvane").wait(PATIENCE)
+
+    def set(self, **settings):
+        """Edits the settings file by hand."""
+        file = configparser.RawConfigParser()
+        file.optionxform = str
+        file.read(self.settings_file, encoding="utf-8")
+        if not file.has_section("General"):
+            file.add_section("General")
+        for key, value in settings.items():
+            file.set("General", key, str(value).lower())
+        with open(self.settings_file + ".new", "w", encoding="utf-8") as stream:
+            file.write(stream, space_around_delimiters=False)
+        os.replace(self.settings_file + ".new", self.settings_file)
+
+    def answer(self, label):
+        """Clicks a button of the notification that is shown."""
+        with open(self.path("pick"), "w", encoding="utf-8") as file:
+            file.write(label)
+        subprocess.run(["dunstctl", "context"], env=self.env, check=True, timeout=PATIENCE)
+
+    # --- what the user sees
+
+    @property
+    def settings_file(self):
+        return self.path(f"home/.config/{NAME}.conf")
+
+    def setting(self, key):
+        file = configparser.RawConfigParser()
+        file.optionxform = str
+        file.read(self.settings_file, encoding="utf-8")
+        return file.get("General", key, fallback=None)
+
+    def data_file(self, name):
+        return self.path("home/.local/share/Quorvane/" + name)
+
+    @property
+    def brightness(self):
+        return int(self.laptop.get("intel_backlight", "brightness"))
+
+    def notifications(self):
+        """Everything that was sent to the notification server: (title, text, actions)."""
+        found = []
+        for call in re.split(r"^(?=method call |method return |signal |error )", self.log("monitor"),
+                             flags=re.MULTILINE):
+            if "member=Notify\n" not in call:
+                continue
+            head, _, rest = call.partition("array [")
+            strings = re.findall(r'^ +string "(.*?)"$', head, re.MULTILINE | re.DOTALL)
+            actions = re.findall(r'^ +string "(.*?)"$', rest.partition("]")[0], re.MULTILINE)
+            found.append((strings[2], strings[3], actions))
+        return found
+
+    def titles(self):
+        return [title for title, _, _ in self.notifications()]
+
+    def displayed(self):
+        """How many notifications are on the screen."""
+        return int(subprocess.run(["dunstctl", "count", "displayed"], env=self.env, check=True,
+                                  capture_output=True, text=True, timeout=PATIENCE).stdout)
+
+    def journal(self):
+        """What a crash now would have to be put back from."""
+        folder = self.path("run/quorvane")
+        entries = []
+        for name in os.listdir(folder) if os.path.isdir(folder) else []:
+            path = os.path.join(folder, name)
+            if os.path.isfile(path):
+                with open(path, encoding="utf-8") as file:
+                    entries += [json.loads(line) for line in file if line.startswith("{")]
+        return entries
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-window", "root", path], env=self.env, check=True,
+                       timeout=PATIENCE)
