@@ -1,4 +1,5 @@
 #include "apps/quorvane/Resident.h"
+#include "platform/linux/EndOfSession.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -22,6 +23,7 @@ QDBusConnection sessionBus() {
 } // namespace
 
 int main(int argc, char** argv) {
+    quorvane::EndOfSession::holdSignals();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quorvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));

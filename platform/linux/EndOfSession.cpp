@@ -6,15 +6,26 @@
 
 namespace quorvane {
 
-// A signalfd, because a handler could do nothing safely but write to a pipe. Blocked signals stay
-// blocked in child processes; QProcess clears that for them.
-EndOfSession::EndOfSession(const QDBusConnection& sessionBus) {
+namespace {
+
+sigset_t endingSignals() {
     sigset_t signals{};
     sigemptyset(&signals);
     for (const int each : {SIGTERM, SIGINT, SIGHUP}) {
         sigaddset(&signals, each);
     }
+    return signals;
+}
+
+} // namespace
+
+void EndOfSession::holdSignals() {
+    const sigset_t signals = endingSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+EndOfSession::EndOfSession(const QDBusConnection& sessionBus) {
+    const sigset_t signals = endingSignals();
     descriptor_ = ::signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
     if (descriptor_ >= 0) {
         notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Read);

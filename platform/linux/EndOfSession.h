@@ -14,7 +14,11 @@ class EndOfSession : public QObject {
     Q_OBJECT
 
   public:
-    /// Takes the signals over from here on; they no longer end the process by themselves.
+    /// Keeps the signals from ending the process by themselves. Before the process has a second
+    /// thread: one that has not inherited this would still be ended by them, and the process too.
+    static void holdSignals();
+
+    /// After `holdSignals`.
     explicit EndOfSession(const QDBusConnection& sessionBus);
     ~EndOfSession() override;
 

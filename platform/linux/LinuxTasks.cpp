@@ -2,6 +2,8 @@
 
 #include <QProcess>
 
+#include <csignal>
+
 namespace quorvane {
 
 namespace {
@@ -16,6 +18,13 @@ class ProcessTask final : public Task {
         process_.setArguments(arguments);
         process_.setStandardInputFile(QProcess::nullDevice());
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        // This program holds the signals that end it; a child that inherited that could not be
+        // ended.
+        process_.setChildProcessModifier([] {
+            sigset_t none{};
+            sigemptyset(&none);
+            sigprocmask(SIG_SETMASK, &none, nullptr);
+        });
     }
 
     // QProcess would wait half a minute for a child that does not end.

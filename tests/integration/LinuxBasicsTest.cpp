@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <csignal>
 #include <thread>
 
 namespace quorvane::test {
@@ -84,6 +85,18 @@ TEST_F(LinuxTasksTest, TaskThatIgnoresTheRequestToEnd_IsEndedAllTheSame) {
         waitUntil([&task] { return task->isRunning() && task->readOutput().contains("ready"); }));
     task->terminate();
     EXPECT_FALSE(task->isRunning());
+}
+
+TEST_F(LinuxTasksTest, SignalsThatThisProgramHolds_EndItsTasks) {
+    sigset_t held{};
+    sigemptyset(&held);
+    sigaddset(&held, SIGTERM);
+    sigset_t before{};
+    pthread_sigmask(SIG_BLOCK, &held, &before);
+    const auto task = launched("grep SigBlk /proc/self/status");
+    EXPECT_TRUE(ends(*task));
+    EXPECT_EQ(task->readOutput(), "SigBlk:\t0000000000000000\n");
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 TEST_F(LinuxTasksTest, ForgottenTask_EndsWithItsObject) {

@@ -236,7 +236,9 @@ class Desktop:
 
     @property
     def brightness(self):
-        return int(self.laptop.get("intel_backlight", "brightness"))
+        # between two values the file is empty for a moment
+        return int(wait_until(lambda: self.laptop.get("intel_backlight", "brightness"),
+                              "a brightness"))
 
     def notifications(self):
         """Everything that was sent to the notification server: (title, text, actions)."""
