@@ -1,5 +1,6 @@
 #include "platform/linux/LogindBrightness.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusError>
 #include <QDBusMessage>
@@ -105,6 +106,14 @@ void LogindBrightness::askForOtherSession(const QString& device, int raw, const 
 }
 
 void LogindBrightness::call(const QDBusMessage& message, const Handler& handler) {
+    if (!bus_.isConnected()) { // nothing would ever be heard of the call
+        const auto fail = [handler] {
+            handler(QDBusMessage::createError(QDBusError::Disconnected,
+                                              QStringLiteral("there is no system bus")));
+        };
+        QMetaObject::invokeMethod(this, fail, Qt::QueuedConnection);
+        return;
+    }
     auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
     openCalls_.append(watcher);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, handler] {
@@ -115,6 +124,7 @@ void LogindBrightness::call(const QDBusMessage& message, const Handler& handler)
 }
 
 void LogindBrightness::deliverAnswers() {
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     const QList<QDBusPendingCallWatcher*> calls = openCalls_; // answering may open further ones
     for (QDBusPendingCallWatcher* const watcher : calls) {
         if (watcher->isFinished()) {
