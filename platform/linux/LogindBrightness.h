@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QList>
+#include <QObject>
+
+#include <functional>
+
+class QDBusMessage;
+class QDBusPendingCallWatcher;
+
+namespace quorvane {
+
+/// Sets the brightness of a display through logind, which lets the user of the session in the
+/// foreground do that without being root. Nothing here waits. Main thread only.
+class LogindBrightness final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// Gets why it could not be set, or an empty text when it has been.
+    using Done = std::function<void(const QString& error)>;
+
+    explicit LogindBrightness(const QDBusConnection& systemBus);
+
+    /// `done` runs later, from the event loop or from `deliverAnswers`.
+    void set(const QString& device, int raw, const Done& done);
+
+    /// Runs the `done` of every answer that has arrived, without an event loop.
+    void deliverAnswers();
+
+  Q_SIGNALS:
+    /// logind has started.
+    void appeared();
+
+  private:
+    using Handler = std::function<void(const QDBusMessage& reply)>;
+
+    void askForOtherSession(const QString& device, int raw, const QString& error, const Done& done);
+    void call(const QDBusMessage& message, const Handler& handler);
+
+    QDBusConnection bus_;
+    QDBusServiceWatcher watcher_;
+    QList<QDBusPendingCallWatcher*> openCalls_;
+};
+
+} // namespace quorvane
