@@ -32,8 +32,10 @@ QStringList actions(const UserNotification& notification) {
     const QString other = notificationText(notification.otherButtonTitle, buttonLimit, Lines::One);
     QStringList list;
     if (!button.isEmpty() || !other.isEmpty() || !notification.userInfo.isEmpty()) {
-        // Servers that list the actions in a menu show this label too.
-        list << NotificationAction::body << (button.isEmpty() ? QString(applicationName) : button);
+        // Some servers know no click on the body and make a button of this label instead; it must
+        // not stand beside a button that does the same.
+        list << NotificationAction::body
+             << (button.isEmpty() ? QString(applicationName) : QString());
     }
     if (!button.isEmpty()) {
         list << NotificationAction::button << button;

@@ -40,7 +40,7 @@ NotificationServer::NotificationServer(const QDBusConnection& bus,
 
 void NotificationServer::find() {
     if (state_ == State::Absent) {
-        start();
+        lookUpOwner([this](const QString&) { start(); });
     } else if (state_ == State::Present) {
         askCapabilities();
     }
@@ -59,34 +59,36 @@ void NotificationServer::changeOwner(const QString& newOwner) {
     }
 }
 
-void NotificationServer::start() {
-    state_ = State::Starting;
-    QDBusMessage message = busCall(QLatin1String("StartServiceByName"));
-    message << QString(serverName) << 0U;
-    call(message, timeout_, [this](const QDBusPendingReply<uint>& reply) {
-        if (state_ != State::Starting) {
+// Nobody announces a server that was running before this object watched for one.
+void NotificationServer::lookUpOwner(const std::function<void(const QString& error)>& otherwise) {
+    state_ = State::Searching;
+    QDBusMessage message = busCall(QLatin1String("GetNameOwner"));
+    message << QString(serverName);
+    call(message, timeout_, [this, otherwise](const QDBusPendingReply<QString>& reply) {
+        if (state_ != State::Searching) {
             return; // a server has appeared meanwhile
         }
         if (reply.isError()) {
-            giveUp(reply.error().name());
+            otherwise(reply.error().name());
         } else {
-            lookUpOwner();
+            changeOwner(reply.value());
         }
     });
 }
 
-// Nobody announces a server that was running before this object watched for one.
-void NotificationServer::lookUpOwner() {
-    QDBusMessage message = busCall(QLatin1String("GetNameOwner"));
-    message << QString(serverName);
-    call(message, timeout_, [this](const QDBusPendingReply<QString>& reply) {
-        if (state_ != State::Starting) {
+// Only when there is none: for a server that runs without being installed as a service, the bus
+// answers that it does not know it.
+void NotificationServer::start() {
+    QDBusMessage message = busCall(QLatin1String("StartServiceByName"));
+    message << QString(serverName) << 0U;
+    call(message, timeout_, [this](const QDBusPendingReply<uint>& reply) {
+        if (state_ != State::Searching) {
             return;
         }
         if (reply.isError()) {
             giveUp(reply.error().name());
         } else {
-            changeOwner(reply.value());
+            lookUpOwner([this](const QString& error) { giveUp(error); });
         }
     });
 }

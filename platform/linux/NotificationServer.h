@@ -70,12 +70,12 @@ class NotificationServer final : public QObject {
     void receiveNotificationClosed(uint id, uint /*reason*/) { Q_EMIT closed(id); }
 
   private:
-    enum class State { Absent, Starting, Present, Asking, Ready };
+    enum class State { Absent, Searching, Present, Asking, Ready };
     using ReplyHandler = std::function<void(const QDBusPendingCall&)>;
 
     void changeOwner(const QString& newOwner);
+    void lookUpOwner(const std::function<void(const QString& error)>& otherwise);
     void start();
-    void lookUpOwner();
     void giveUp(const QString& error);
     void askCapabilities();
     void listen(const QString& owner);

@@ -61,7 +61,7 @@ TEST_F(LinuxUserNotificationsTest, Deliver_GivesEveryNotificationANewIdentifierA
 TEST_F(LinuxUserNotificationsTest, Buttons_AreOfferedAfterTheClickOnTheBody) {
     show(question());
     EXPECT_EQ(lastRequest().actions.join(QLatin1Char('|')),
-              QLatin1String("default|Start|action|Start|other|Not Now"));
+              QLatin1String("default||action|Start|other|Not Now"));
 }
 
 TEST_F(LinuxUserNotificationsTest, OtherButtonAlone_StillOffersTheClickOnTheBody) {
@@ -105,6 +105,16 @@ TEST_F(LinuxUserNotificationsTest, ServerWithoutMarkup_GetsTheTextAsItIs) {
     notification.informativeText = QStringLiteral("<b>1</b> & \"2\"");
     show(notification);
     EXPECT_EQ(lastRequest().body, QLatin1String("<b>1</b> & \"2\""));
+}
+
+TEST_F(LinuxUserNotificationsTest, ServerThatRanBefore_IsFound) {
+    startCenter();
+    const UserNotification shown = show(question());
+    ASSERT_EQ(requestCount(), 1U);
+    server_->invokeAction(1, QStringLiteral("action"));
+    settle();
+    EXPECT_THAT(activated_, ElementsAre(shown.identifier));
+    EXPECT_THAT(log_.lines(), IsEmpty());
 }
 
 TEST_F(LinuxUserNotificationsTest, Capabilities_AreAskedOnceAServerAndNotBeforeTheyAreNeeded) {

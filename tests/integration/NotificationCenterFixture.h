@@ -6,6 +6,8 @@
 #include "tests/support/WaitUntil.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QFile>
 #include <QMutex>
 #include <QStringList>
 #include <QThread>
@@ -75,13 +77,37 @@ class NotificationCenterFixture : public testing::Test {
     /// Returns when everything that was asked for has been answered.
     void finishPending() { ASSERT_TRUE(center_->waitForPending(std::chrono::seconds(60))); }
 
+    /// Puts a service that the bus starts on demand into its service folder.
+    void installService(const QString& name, const QString& command) {
+        QFile file(bus_.serviceFolder() + QLatin1Char('/') + name + QLatin1String(".service"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(
+            QStringLiteral("[D-BUS Service]\nName=%1\nExec=%2\n").arg(name, command).toUtf8());
+        file.close();
+        askBus(QStringLiteral("ReloadConfig"));
+    }
+
+    /// Blocks until the bus has answered.
+    void askBus(const QString& method) {
+        connection_.call(QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), method));
+    }
+
     PrivateBus bus_{PrivateBus::Type::Session};
-    QDBusConnection connection_ = bus_.connection(connectionName);
+    QDBusConnection connection_ = connect();
     RecordingLog log_;
     std::unique_ptr<LinuxUserNotifications> center_;
     QStringList activated_; ///< identifiers
 
   private:
+    // The bus's socket is there a moment before anybody listens on it.
+    [[nodiscard]] QDBusConnection connect() const {
+        EXPECT_TRUE(
+            waitUntil([this] { return bus_.hasOwner(QStringLiteral("org.freedesktop.DBus")); }));
+        return bus_.connection(connectionName);
+    }
+
     static inline const QString connectionName = QStringLiteral("notification-center");
 };
 
@@ -110,9 +136,9 @@ class FakeServerFixture : public NotificationCenterFixture {
     void settle(FakeNotificationServer& server) {
         constexpr int rounds = 3; // a message may cause another one
         for (int round = 0; round < rounds; ++round) {
-            roundTrip();
+            askBus(QStringLiteral("GetId"));
             server.flush();
-            roundTrip();
+            askBus(QStringLiteral("GetId"));
             QCoreApplication::processEvents();
         }
     }
@@ -126,13 +152,6 @@ class FakeServerFixture : public NotificationCenterFixture {
     }
 
     std::unique_ptr<FakeNotificationServer> server_;
-
-  private:
-    void roundTrip() {
-        connection_.call(QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId")));
-    }
 };
 
 } // namespace quorvane::test

@@ -1,7 +1,5 @@
 #include "tests/integration/NotificationCenterFixture.h"
 
-#include <QFile>
-
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -25,18 +23,6 @@ class NotificationOutagesTest : public FakeServerFixture {
   protected:
     using Replies = FakeNotificationServer::Replies;
 
-    /// Has the bus start `command` when a notification server is wanted.
-    void installService(const QString& command) {
-        QFile file(bus_.serviceFolder() + QLatin1String("/org.freedesktop.Notifications.service"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=" + command.toUtf8() +
-                   '\n');
-        file.close();
-        connection_.call(QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ReloadConfig")));
-    }
-
     void expectOneLine(const QString& reason) {
         EXPECT_THAT(log_.lines(),
                     ElementsAre(QStringLiteral("No notification service answers (%1); "
@@ -44,6 +30,7 @@ class NotificationOutagesTest : public FakeServerFixture {
                                     .arg(reason)));
     }
 
+    const QString serverName_ = QStringLiteral("org.freedesktop.Notifications");
     const QString serviceUnknown_ = QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown");
 };
 
@@ -97,7 +84,7 @@ TEST_F(NotificationOutagesTest, EveryOutage_IsLoggedOnce) {
 }
 
 TEST_F(NotificationOutagesTest, ServerThatCannotBeStarted_IsWaitedFor) {
-    installService(QStringLiteral("/bin/false"));
+    installService(serverName_, QStringLiteral("/bin/false"));
     show(question());
     expectOneLine(QStringLiteral("org.freedesktop.DBus.Error.Spawn.ChildExited"));
     startServer();
@@ -106,10 +93,14 @@ TEST_F(NotificationOutagesTest, ServerThatCannotBeStarted_IsWaitedFor) {
 
 TEST_F(NotificationOutagesTest, ServerThatTheBusStarts_IsAskedOnce) {
     // Runs until the bus's folder is gone; the name is taken by the test in its place.
-    installService(
-        QStringLiteral("/bin/sh -c \"while [ -d %1 ]; do sleep 0.05; done\"").arg(bus_.folder()));
+    installService(serverName_,
+                   QStringLiteral("/bin/sh -c \"touch %1/started; while [ -d %1 ]; do sleep 0.05; "
+                                  "done\"")
+                       .arg(bus_.folder()));
     center_->deliver(question());
     center_->deliver(question());
+    ASSERT_TRUE(
+        waitUntil([this] { return QFile::exists(bus_.folder() + QLatin1String("/started")); }));
     startServer();
     finishPending();
     settle();
