@@ -1,6 +1,7 @@
 #include "apps/quorvane/Resident.h"
 
 #include "core/AppDelegate.h"
+#include "core/MainQueue.h"
 #include "core/SharedInstances.h"
 #include "platform/linux/EndOfSession.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -42,8 +43,7 @@ int Resident::run() {
     const EndOfSession endOfSession(sessionBus_);
     const QuitService quitService(sessionBus_);
     RunningCopies copies(sessionBus_);
-    const QString identifier = RunningCopies::names().first();
-    if (!copies.running().isEmpty() || !copies.enter(identifier)) {
+    if (!copies.claim()) {
         return complain("Quorvane already running. Another version of Quorvane is already running. "
                         "Please quit it (quorvane --quit), then try again.");
     }
@@ -52,6 +52,7 @@ int Resident::run() {
     LinuxPlatform& platform = *machine;
     platform.displays().putBack();
     SharedInstances::reset(std::move(machine));
+    const QString identifier = RunningCopies::names().first();
 
     AppDelegate delegate([] { QCoreApplication::quit(); });
     QObject::connect(&quitService, &QuitService::quitRequested, &delegate, &AppDelegate::quit);
@@ -59,6 +60,9 @@ int Resident::run() {
                      [] { QCoreApplication::quit(); });
     delegate.applicationWillFinishLaunching();
     delegate.applicationDidFinishLaunching();
+    // Behind the controller's own queued start: whoever finds the name finds it bound to the
+    // settings and its first decision made.
+    queueOnMain(&delegate, [&copies, identifier] { copies.announce(identifier); });
 
     const int status = QCoreApplication::exec();
     // After a proper quit nothing is left to put back. After a signal the mode counts as on, for

@@ -33,9 +33,17 @@ QStringList RunningCopies::running() const {
     return owned;
 }
 
-bool RunningCopies::enter(const QString& bundleIdentifier) {
+bool RunningCopies::claim() {
+    return running().isEmpty() && take(QStringLiteral("com.TarnwickStudios.quorvane.claim"));
+}
+
+bool RunningCopies::announce(const QString& bundleIdentifier) {
+    return take(bundleIdentifier);
+}
+
+bool RunningCopies::take(const QString& name) {
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
-        bus_.interface()->registerService(bundleIdentifier);
+        bus_.interface()->registerService(name);
     return reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
 }
 

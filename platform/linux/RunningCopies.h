@@ -18,15 +18,21 @@ class RunningCopies {
     /// The names that are owned now; empty when no copy runs.
     [[nodiscard]] QStringList running() const;
 
-    /// Takes the name of this edition. Of two programs that try at the same moment one gets it.
-    /// Returns whether this one did.
-    bool enter(const QString& bundleIdentifier);
+    /// Claims the session for this program, before it does anything that another copy could do too.
+    /// Of two programs that try at the same moment one succeeds. Returns whether this one did.
+    [[nodiscard]] bool claim();
+
+    /// Takes the name of this edition: from now on the program counts as a running copy, and acts
+    /// on what it is told. Returns whether it got the name.
+    bool announce(const QString& bundleIdentifier);
 
     /// Asks every running copy to quit and waits until none is left. Returns whether that came true
     /// within half a minute.
     [[nodiscard]] bool quitAll();
 
   private:
+    [[nodiscard]] bool take(const QString& name);
+
     QDBusConnection bus_;
 };
 
