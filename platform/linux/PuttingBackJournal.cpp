@@ -1,6 +1,6 @@
 #include "platform/linux/PuttingBackJournal.h"
 
-#include "platform/linux/FolderLock.h"
+#include "platform/linux/FileLock.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,6 +23,9 @@ constexpr QLatin1String foundMember("found");
 constexpr QLatin1String setMember("set");
 constexpr QLatin1String pidMember("pid");
 constexpr QLatin1String startMember("start");
+
+// For a process that has the journal now; a stopped one must not hold up the start of the program.
+constexpr std::chrono::milliseconds patience{500};
 
 constexpr mode_t ownerOnly = 0700;
 constexpr auto readableByOwner = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
@@ -74,7 +77,7 @@ std::optional<PuttingBackJournal::Entries> PuttingBackJournal::entries() {
     if (!QFile::exists(path_)) {
         return Entries();
     }
-    const FolderLock lock(QFileInfo(path_).path());
+    const FileLock lock(path_ + QLatin1String(".lock"), patience);
     if (!lock.isHeld()) {
         failed(lock.error());
         return std::nullopt;
@@ -86,7 +89,7 @@ bool PuttingBackJournal::update(const std::function<void(Entries&)>& change) {
     if (!makeFolder()) {
         return false;
     }
-    const FolderLock lock(QFileInfo(path_).path());
+    const FileLock lock(path_ + QLatin1String(".lock"), patience);
     if (!lock.isHeld()) {
         return failed(lock.error());
     }

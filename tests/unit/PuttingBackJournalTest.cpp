@@ -186,8 +186,8 @@ TEST_F(PuttingBackJournalTest, NoRunTimeFolder_Fails) {
 
 TEST_F(PuttingBackJournalTest, LockedByAnother_FailsAndLeavesTheFile) {
     ASSERT_TRUE(add(journal, "panel"));
-    const int descriptor =
-        ::open(QFile::encodeName(QFileInfo(path()).path()).constData(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = ::open(QFile::encodeName(path() + QStringLiteral(".lock")).constData(),
+                                  O_RDONLY | O_CLOEXEC);
     ASSERT_EQ(::flock(descriptor, LOCK_EX), 0);
     EXPECT_FALSE(add(journal, "second"));
     ::close(descriptor);
