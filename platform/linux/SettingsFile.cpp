@@ -87,17 +87,15 @@ QVariant SettingsFile::value(const QString& key) const {
 
 bool SettingsFile::write(const QString& key, const QVariant& value) {
     std::optional<QString> text;
-    std::optional<QString> error;
     if (!isUnset(value)) {
         text = IniText::textOf(value);
         if (!text) {
-            error = QStringLiteral("a value of type %1 has no text")
-                        .arg(QLatin1String(value.typeName()));
+            log_.write(QStringLiteral("Setting %1 was not saved: a value of type %2 has no text")
+                           .arg(key, QLatin1String(value.typeName())));
+            return false;
         }
     }
-    if (!error) {
-        error = store(key, text);
-    }
+    const std::optional<QString> error = store(key, text);
     if (error) {
         log_.write(
             QStringLiteral("Setting %1 was not saved in %2 (%3): make sure that this is a text "
@@ -132,7 +130,14 @@ std::optional<QString> SettingsFile::store(const QString& key, const std::option
     if (auto error = file_.write(lock, known_, key, text)) {
         return error;
     }
-    remember(file_.read(known_));
+    const Reading after = file_.read(known_);
+    // Otherwise somebody was faster, and the watch will tell.
+    if (after.state == State::Parsed) {
+        remember(after);
+        if (storedText(known_.values, key) != text) {
+            return QStringLiteral("it came back changed");
+        }
+    }
     return std::nullopt;
 }
 
@@ -224,8 +229,7 @@ void SettingsFile::remember(const Reading& reading) const {
 // Takes over what the file holds. Returns why that was impossible, or nothing.
 std::optional<QString> SettingsFile::accept(const Reading& reading) {
     if (reading.state == State::Unreadable) {
-        known_.stamp = reading.stamp;
-        known_.stampMayRepeat = reading.stampMayRepeat;
+        giveUpOn(reading);
         return reading.error;
     }
     if (reading.state != State::Malformed) {
@@ -234,18 +238,24 @@ std::optional<QString> SettingsFile::accept(const Reading& reading) {
     }
     const FileLock lock = file_.lock();
     if (!lock.isHeld()) {
-        return lock.error();
+        giveUpOn(reading);
+        return QStringLiteral("it cannot be parsed, and ") + lock.error();
     }
     // Somebody else may have kept it aside, and written a new one, before the lock was free.
     const Reading again = file_.read(known_);
     return again.state == State::Malformed ? keepAside(again, lock) : accept(again);
 }
 
+// Lets the known values stand until the file changes again.
+void SettingsFile::giveUpOn(const Reading& reading) {
+    known_.stamp = reading.stamp;
+    known_.stampMayRepeat = false;
+}
+
 std::optional<QString> SettingsFile::keepAside(const Reading& malformed, const FileLock& lock) {
     const WholeFile::Aside aside = file_.keepAside(lock);
     if (aside.error) {
-        known_.stamp = malformed.stamp;
-        known_.stampMayRepeat = malformed.stampMayRepeat;
+        giveUpOn(malformed);
         return QStringLiteral("it cannot be parsed, and not be kept aside as %1 (%2)")
             .arg(aside.path, *aside.error);
     }
@@ -260,7 +270,7 @@ std::optional<QString> SettingsFile::keepAside(const Reading& malformed, const F
 bool SettingsFile::report(const std::optional<QString>& error) {
     if (error && *error != reported_) {
         log_.write(
-            QStringLiteral("Settings file %1 cannot be read (%2), %3 and none is saved: move it "
+            QStringLiteral("Settings file %1 cannot be used (%2), %3 and none is saved: move it "
                            "away, or make it a text file that you may read and write")
                 .arg(file_.path(), *error,
                      known_.values.isEmpty()

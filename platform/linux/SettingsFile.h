@@ -50,6 +50,7 @@ class SettingsFile final : public SettingsDomain {
     void doubt(const Reading& reading) const;
     void remember(const Reading& reading) const;
 
+    void giveUpOn(const Reading& reading);
     [[nodiscard]] std::optional<QString> accept(const Reading& reading);
     [[nodiscard]] std::optional<QString> keepAside(const Reading& malformed, const FileLock& lock);
     [[nodiscard]] std::optional<QString> store(const QString& key,

@@ -158,6 +158,14 @@ TEST_F(LinuxSettingsTest, InvalidValue_RemovesTheKey) {
     EXPECT_EQ(announced(), expected);
 }
 
+TEST_F(LinuxSettingsTest, RemovingTheOnlyKey_IsBelievedAtOnce) {
+    EXPECT_TRUE(domain().write(QStringLiteral("a"), 1));
+    EXPECT_TRUE(domain().write(QStringLiteral("a"), QVariant()));
+    EXPECT_FALSE(domain().value(QStringLiteral("a")).isValid());
+    EXPECT_EQ(announced().size(), 2);
+    EXPECT_TRUE(log_.lines.isEmpty());
+}
+
 TEST_F(LinuxSettingsTest, RemovingAKey_KeepsTheKeysBelowIt) {
     EXPECT_TRUE(domain().write(QStringLiteral("a"), 1));
     EXPECT_TRUE(domain().write(QStringLiteral("a/b"), 2));

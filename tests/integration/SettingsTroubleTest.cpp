@@ -190,7 +190,7 @@ TEST_F(SettingsTroubleTest, LinkThatPointsAtItself_IsReportedAndLeftAlone) {
 
 TEST_F(SettingsTroubleTest, FileThatMayNotBeRead_IsNeverOverwritten) {
     writeInPlace("[General]\nb=1\n");
-    setMode(file(), 0);
+    setMode(file(), 0222);
     setMode(folder(), 0777);
     const auto ended = setAsOrdinaryUser(QStringLiteral("1"));
     if (!ended) {
@@ -259,6 +259,33 @@ TEST_F(SettingsTroubleTest, LockThatIsNeverReleased_IsGivenUp) {
     ASSERT_EQ(log_.lines.size(), 1);
     EXPECT_TRUE(log_.lines[0].contains(lockFile()));
     EXPECT_TRUE(domain().write(a, 3));
+}
+
+TEST_F(SettingsTroubleTest, CorruptFileWhileTheLockIsHeld_IsKeptAsideLater) {
+    writeInPlace("garbage");
+    {
+        const FileLock held(lockFile(), std::chrono::seconds(1));
+        ASSERT_TRUE(held.isHeld());
+        for (int i = 0; i < 100; ++i) {
+            EXPECT_FALSE(domain().value(a).isValid());
+        }
+        EXPECT_EQ(log_.lines.size(), 1);
+        EXPECT_EQ(read(), QByteArray("garbage"));
+    }
+    EXPECT_TRUE(domain().synchronize());
+    EXPECT_EQ(read(file() + QLatin1String(".corrupt")), QByteArray("garbage"));
+    EXPECT_EQ(log_.lines.size(), 2);
+}
+
+TEST_F(SettingsTroubleTest, TextThatCannotBeWrittenAsUtf8_IsRefused) {
+    EXPECT_FALSE(domain().write(a, QString(QChar(0xD800))));
+    ASSERT_EQ(log_.lines.size(), 1);
+    EXPECT_TRUE(log_.lines[0].contains(file()));
+}
+
+TEST_F(SettingsTroubleTest, EmptyKey_IsRefused) {
+    EXPECT_FALSE(domain().write(QString(), 1));
+    EXPECT_EQ(log_.lines.size(), 1);
 }
 
 TEST_F(SettingsTroubleTest, LeftoversOfKilledWriters_AreRemovedByTheNextWrite) {
