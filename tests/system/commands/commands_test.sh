@@ -17,7 +17,10 @@ output=$folder/output
 
 # --- The machine ----------------------------------------------------------------------------------
 
+# fake PROGRAM : puts the text from standard input there as a program. No file in this folder may be
+# a link, or the machine's own program would be overwritten.
 fake() {
+  rm -f -- "$bin/$1"
   cat >"$bin/$1"
   sed -i "1i #!$BASH\\ncalls='$calls'" "$bin/$1"
   chmod +x "$bin/$1"
@@ -30,7 +33,7 @@ make_machine() {
   cp -R -- "$clone/run" "$clone/test" "$clone/packaging" "$copy/"
   mkdir "$copy/build"
   for tool in bash basename cat chmod dirname env grep mkdir nproc sed sleep tr; do
-    ln -s "$(command -v "$tool")" "$bin/$tool"
+    fake "$tool" <<<"exec '$(command -v "$tool")' \"\$@\""
   done
   : >"$calls"
   fake id <<<'echo 0'
