@@ -26,20 +26,21 @@ def memory(pid):
 
 
 def switches(pid):
-    """The context switches so far of each thread, by thread."""
+    """How often each thread has given its processor up so far, to be woken again later; by thread.
+    A thread that another one has pushed off its processor was not asleep, and does not count."""
     found = {}
     for thread in os.listdir(f"/proc/{pid}/task"):
         try:
             with open(f"/proc/{pid}/task/{thread}/status", encoding="utf-8") as file:
-                found[thread] = sum(int(line.split()[1]) for line in file
-                                    if "ctxt_switches" in line)
+                found[thread] = next(int(line.split()[1]) for line in file
+                                     if line.startswith("voluntary_ctxt_switches"))
         except FileNotFoundError:
             pass  # it has just ended
     return found
 
 
 def wakeups_during(pid, action):
-    """How often the program got a processor while the action ran."""
+    """How often the program was woken while the action ran."""
     before = switches(pid)
     action()
     return sum(count - before.get(thread, 0) for thread, count in switches(pid).items())
