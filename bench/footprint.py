@@ -1,0 +1,192 @@
+#!/usr/bin/python3
+"""Measures what Quorvane costs, beside other programs that watch a battery.
+
+    footprint [--only PROGRAM ...] [--starts COUNT]
+
+Ends with 1 when Quorvane is above one of its budgets, with 2 when something could not be measured.
+"""
+
+import argparse
+import dataclasses
+import glob
+import os
+import pathlib
+import signal
+import sys
+import time
+import typing
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+sys.path[:0] = [str(ROOT / "tests" / "system"), str(ROOT / "tests" / "fixtures")]
+
+from desktop import NAME, PROGRAMS, Desktop, wait_until  # noqa: E402
+from dimming import Dimming  # noqa: E402
+from fake_laptop import environment  # noqa: E402
+from measuring import median_of, memory, start_time, wakeups_during  # noqa: E402
+
+SETTLING = 10          # seconds after the start that count for nothing
+SILENT_MINUTES = 2     # a whole period of the slowest timer
+READINGS = range(89, 83, -1)  # percent, one every ten seconds for a minute
+
+
+@dataclasses.dataclass
+class Program:
+    name: str
+    command: list
+    bus_name: typing.Optional[str]  # on the session bus, once it is ready
+    needs_sysfs: bool = False       # reads the battery from /sys by itself
+    note: str = ""
+    on_battery: bool = True         # while it is measured
+
+
+@dataclasses.dataclass
+class Figure:
+    name: str
+    budget: typing.Optional[float]
+    form: str = "{:.1f}"
+
+
+FIGURES = {
+    "pss": Figure("PSS, MB", 9.0),
+    "unshareable": Figure("unshareable memory, MB", 1.8),
+    "unshared": Figure("memory that nobody shares now, MB", None),
+    "silent": Figure("wake-ups in a silent minute", 0),
+    "reporting": Figure("wake-ups in a minute of six readings", 6, "{:.0f}"),
+    "start": Figure("exec to name on the session bus, ms", 15.0),
+    "dimming": Figure("UPower's signal to the last module, ms", 50.0),
+}
+
+PROGRAM_LIST = [
+    Program("quorvane", [os.path.join(PROGRAMS, "quorvane")], NAME),
+    Program("xfce4-power-manager", ["xfce4-power-manager", "--no-daemon"], "org.xfce.PowerManager",
+            note="measured while charging: without the X extension DPMS, which Xvfb lacks, it "
+                 "crashes as soon as the laptop is on battery", on_battery=False),
+    Program("cbatticon", ["cbatticon"], None, needs_sysfs=True,
+            note="owns no name; reads the battery from /sys every five seconds"),
+]
+
+
+def new_desktop():
+    """A session of a plugged-in laptop, with room above the threshold."""
+    desktop = Desktop().start(90)
+    for xfconfd in glob.glob("/usr/lib/*/xfce4/xfconf/xfconfd"):
+        desktop.spawn("xfconfd", [xfconfd])
+        wait_until(lambda: desktop.has_owner("session", "org.xfce.Xfconf"), "xfconfd")
+    return desktop
+
+
+def silent_minutes(desktop):
+    """UPower polls the battery by itself and tells of it even when nothing has changed, so it is
+    stopped meanwhile."""
+    upowerd = desktop.processes["upowerd"]
+    upowerd.send_signal(signal.SIGSTOP)
+    time.sleep(60 * SILENT_MINUTES)
+    upowerd.send_signal(signal.SIGCONT)
+
+
+def reporting_minute(desktop):
+    for percent in READINGS:
+        desktop.laptop.charge(percent)
+        time.sleep(10)
+
+
+def measure_running(desktop, program):
+    extra = environment(desktop.laptop.root) if program.needs_sysfs else {}
+    process = desktop.spawn(program.name, program.command, extra)
+    if program.bus_name:
+        wait_until(lambda: desktop.has_owner("session", program.bus_name), program.bus_name)
+    if program.on_battery:
+        desktop.laptop.unplug()
+    else:
+        desktop.laptop.plug()
+    time.sleep(SETTLING)
+    figures = {
+        "silent": wakeups_during(process.pid, lambda: silent_minutes(desktop)) / SILENT_MINUTES}
+    time.sleep(SETTLING)  # UPower catches up
+    figures["reporting"] = wakeups_during(process.pid, lambda: reporting_minute(desktop))
+    if process.poll() is not None:
+        raise RuntimeError(f"{program.name} has ended: {desktop.log(program.name)}")
+    figures.update(memory(process.pid))
+    desktop.end(program.name)
+    desktop.laptop.plug()
+    return figures
+
+
+def measure(program, starts):
+    desktop = new_desktop()
+    try:
+        figures = measure_running(desktop, program)
+        if program.bus_name:
+            figures["start"] = median_of(
+                starts, lambda: start_time(desktop, program.command, program.bus_name))
+        if program.name == "quorvane":
+            figures["dimming"] = median_of(starts, Dimming(desktop).once)
+        return figures
+    finally:
+        desktop.stop()
+
+
+def verdict(figure, value):
+    if value is None or figure.budget is None:
+        return ""
+    return "kept" if value <= figure.budget else "MISSED"
+
+
+def cell(figure, value, own):
+    """A figure, and for a peer how many times Quorvane's that is."""
+    if value is None:
+        return "-"
+    text = figure.form.format(value)
+    return f"{text} ({value / own:.1f}x)" if own else text
+
+
+def print_table(results):
+    own = results.get("quorvane", {})
+    rows = [["", *results, "budget", ""]]
+    for key, figure in FIGURES.items():
+        rows.append([figure.name,
+                     *(cell(figure, figures.get(key), None if name == "quorvane" else own.get(key))
+                       for name, figures in results.items()),
+                     "" if figure.budget is None else f"<= {figure.budget:g}",
+                     verdict(figure, own.get(key))])
+    widths = [max(len(row[column]) for row in rows) for column in range(len(rows[0]))]
+    for row in rows:
+        print("  ".join(text.ljust(width) for text, width in zip(row, widths)).rstrip())
+    for program in PROGRAM_LIST:
+        if program.note and program.name in results:
+            print(f"{program.name}: {program.note}")
+
+
+def print_machine():
+    model = next((line.partition(":")[2].strip() for line in open("/proc/cpuinfo", encoding="utf-8")
+                  if line.startswith("model name")), os.uname().machine)
+    load = os.getloadavg()[0]
+    print(f"{os.cpu_count()} x {model}, Linux {os.uname().release}, load average {load:.1f}")
+    if load > 0.5:
+        print("Other programs are busy here: the two times are longer than on an idle machine.")
+
+
+def main():
+    names = [program.name for program in PROGRAM_LIST]
+    parser = argparse.ArgumentParser(prog="bench/footprint")
+    parser.add_argument("--only", nargs="+", choices=names, default=names, metavar="PROGRAM")
+    parser.add_argument("--starts", type=int, default=20, metavar="COUNT",
+                        help="how often each time is taken; the median counts")
+    options = parser.parse_args()
+    print_machine()
+    results = {}
+    for program in (program for program in PROGRAM_LIST if program.name in options.only):
+        print(f"measuring {program.name} for some four minutes", flush=True)
+        results[program.name] = measure(program, options.starts)
+    print()
+    print_table(results)
+    own = results.get("quorvane", {})
+    return int(any(verdict(FIGURES[key], value) == "MISSED" for key, value in own.items()))
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except (AssertionError, OSError, RuntimeError) as error:
+        print(f"footprint: {error}", file=sys.stderr)
+        sys.exit(2)
