@@ -51,6 +51,7 @@ UserNotification LinuxUserNotifications::deliver(UserNotification notification) 
     notification.identifier = QUuid::createUuid().toString(QUuid::WithoutBraces);
     onMainThread([this, notification] {
         delivered_.add(notification);
+        mayTryAgain_ = true;
         showWaiting();
     });
     return notification;
@@ -146,10 +147,21 @@ void LinuxUserNotifications::finishShowing(std::uint64_t attempt, const QString&
     }
 }
 
+// What was never shown is tried once more, which has the bus start a server that ends when it has
+// nothing to do; but not for ever, as the server may be one that crashes over it.
 void LinuxUserNotifications::serverLost() {
+    const bool unfinished = delivered_.has(State::Waiting) || delivered_.has(State::Sent);
     delivered_.serverLost();
     early_.clear();
     overdue_.stop();
+    if (!unfinished) {
+        return;
+    }
+    if (std::exchange(mayTryAgain_, false)) {
+        showWaiting();
+    } else if (server_.owner().isEmpty()) {
+        reportOutage(QStringLiteral("it ended without a reply"));
+    }
 }
 
 void LinuxUserNotifications::actionInvoked(uint id, const QString& key) {

@@ -73,6 +73,7 @@ class LinuxUserNotifications final : public UserNotificationCenter {
     std::vector<EarlySignal> early_;
     std::uint64_t attempts_ = 0;
     bool outageReported_ = false;
+    bool mayTryAgain_ = false; ///< when a server leaves without having shown something
 };
 
 } // namespace quorvane

@@ -3,6 +3,7 @@
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QMetaObject>
 #include <QStringList>
 
 #include <limits>
@@ -40,62 +41,52 @@ NotificationServer::NotificationServer(const QDBusConnection& bus,
 
 void NotificationServer::find() {
     if (state_ == State::Absent) {
-        lookUpOwner([this](const QString&) { start(); });
+        lookUpOwner();
     } else if (state_ == State::Present) {
         askCapabilities();
     }
 }
 
 void NotificationServer::changeOwner(const QString& newOwner) {
-    if (const QString oldOwner = std::exchange(owner_, QString()); !oldOwner.isEmpty()) {
-        state_ = State::Absent;
+    const QString oldOwner = std::exchange(owner_, newOwner);
+    state_ = newOwner.isEmpty() ? State::Absent : State::Present;
+    if (!oldOwner.isEmpty()) {
         stopListening(oldOwner);
         Q_EMIT lost();
     }
     if (!newOwner.isEmpty()) {
-        owner_ = newOwner;
-        state_ = State::Present;
         Q_EMIT appeared();
     }
 }
 
 // Nobody announces a server that was running before this object watched for one.
-void NotificationServer::lookUpOwner(const std::function<void(const QString& error)>& otherwise) {
+void NotificationServer::lookUpOwner() {
     state_ = State::Searching;
     QDBusMessage message = busCall(QLatin1String("GetNameOwner"));
     message << QString(serverName);
-    call(message, timeout_, [this, otherwise](const QDBusPendingReply<QString>& reply) {
+    call(message, timeout_, [this](const QDBusPendingReply<QString>& reply) {
         if (state_ != State::Searching) {
             return; // a server has appeared meanwhile
         }
         if (reply.isError()) {
-            otherwise(reply.error().name());
+            start();
         } else {
             changeOwner(reply.value());
         }
     });
 }
 
-// Only when there is none: for a server that runs without being installed as a service, the bus
-// answers that it does not know it.
+// Only when there is none: the bus does not know a server that runs without being installed as a
+// service. One that it starts is announced like any other.
 void NotificationServer::start() {
     QDBusMessage message = busCall(QLatin1String("StartServiceByName"));
     message << QString(serverName) << 0U;
     call(message, timeout_, [this](const QDBusPendingReply<uint>& reply) {
-        if (state_ != State::Searching) {
-            return;
-        }
-        if (reply.isError()) {
-            giveUp(reply.error().name());
-        } else {
-            lookUpOwner([this](const QString& error) { giveUp(error); });
+        if (state_ == State::Searching && reply.isError()) {
+            state_ = State::Absent;
+            Q_EMIT unreachable(reply.error().name());
         }
     });
-}
-
-void NotificationServer::giveUp(const QString& error) {
-    state_ = State::Absent;
-    Q_EMIT unreachable(error);
 }
 
 void NotificationServer::askCapabilities() {
@@ -150,12 +141,22 @@ void NotificationServer::close(const QString& owner, uint id) {
 
 void NotificationServer::call(const QDBusMessage& message, int timeout, ReplyHandler handler) {
     ++outstandingCalls_;
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message, timeout), this);
+    const auto finish = [this, handler = std::move(handler)](const QDBusPendingCall& call) {
+        handler(call);
+        --outstandingCalls_;
+    };
+    const QDBusPendingCall pending = bus_.asyncCall(message, timeout);
+    if (pending.isFinished()) {
+        // Without a bus there is nothing that a watcher would ever hear of.
+        QMetaObject::invokeMethod(
+            this, [finish, pending] { finish(pending); }, Qt::QueuedConnection);
+        return;
+    }
+    auto* watcher = new QDBusPendingCallWatcher(pending, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, handler = std::move(handler)](QDBusPendingCallWatcher* finished) {
+            [finish](QDBusPendingCallWatcher* finished) {
                 finished->deleteLater();
-                handler(*finished);
-                --outstandingCalls_;
+                finish(*finished);
             });
 }
 

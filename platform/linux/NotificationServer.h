@@ -57,26 +57,24 @@ class NotificationServer final : public QObject {
     void appeared();
     void ready();
     void unreachable(const QString& error);
-    /// The server is gone or no longer in charge; whatever it was told is void.
+    /// The server is gone or no longer in charge; whatever it was told is void. There may already
+    /// be another one, which is announced next.
     void lost();
 
     void actionInvoked(uint id, const QString& key);
     void closed(uint id);
 
-  private Q_SLOTS:
-
-    void receiveActionInvoked(uint id, const QString& key) { Q_EMIT actionInvoked(id, key); }
-
-    void receiveNotificationClosed(uint id, uint /*reason*/) { Q_EMIT closed(id); }
-
   private:
     enum class State { Absent, Searching, Present, Asking, Ready };
     using ReplyHandler = std::function<void(const QDBusPendingCall&)>;
 
+    Q_SLOT void receiveActionInvoked(uint id, const QString& key) { Q_EMIT actionInvoked(id, key); }
+
+    Q_SLOT void receiveNotificationClosed(uint id, uint /*reason*/) { Q_EMIT closed(id); }
+
     void changeOwner(const QString& newOwner);
-    void lookUpOwner(const std::function<void(const QString& error)>& otherwise);
+    void lookUpOwner();
     void start();
-    void giveUp(const QString& error);
     void askCapabilities();
     void listen(const QString& owner);
     void stopListening(const QString& owner);

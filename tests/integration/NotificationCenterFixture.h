@@ -147,6 +147,15 @@ class FakeServerFixture : public NotificationCenterFixture {
 
     [[nodiscard]] std::size_t requestCount() const { return server_->requests().size(); }
 
+    /// The titles of all notifications that were asked for, in order.
+    [[nodiscard]] QStringList summaries() const {
+        QStringList list;
+        for (const FakeNotificationServer::Request& request : server_->requests()) {
+            list.append(request.summary);
+        }
+        return list;
+    }
+
     [[nodiscard]] bool waitForRequests(std::size_t count) const {
         return waitUntil([&] { return requestCount() >= count; });
     }

@@ -11,7 +11,7 @@
 
 namespace quorvane::test {
 
-/// An empty home folder, in the environment for as long as the test runs.
+/// An empty home folder of the test's own, in its environment.
 class PrivateHome {
   public:
     PrivateHome() {
