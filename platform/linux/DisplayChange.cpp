@@ -47,7 +47,7 @@ std::optional<DisplayChange> displayChange(const JournalEntry& entry) {
         return std::nullopt;
     }
     DisplayChange change{*found, {}};
-    for (const QJsonValue& value : set) {
+    for (const auto& value : set) {
         const std::optional<int> raw = rawValue(value);
         if (!raw) {
             return std::nullopt;

@@ -37,12 +37,6 @@ class UPowerSource final : public QObject {
     /// `isReady` or `state` may have changed.
     void changed();
 
-  private Q_SLOTS:
-    void daemonPropertiesChanged(const QDBusMessage& signal);
-    void devicePropertiesChanged(const QDBusMessage& signal);
-    void deviceAdded(const QDBusMessage& signal);
-    void deviceRemoved(const QDBusMessage& signal);
-
   private:
     using Handler = std::function<void(const QDBusMessage& reply)>;
 
@@ -50,6 +44,11 @@ class UPowerSource final : public QObject {
         QVariantMap properties;
         bool isRead = false; ///< `properties` is complete
     };
+
+    Q_SLOT void daemonPropertiesChanged(const QDBusMessage& signal);
+    Q_SLOT void devicePropertiesChanged(const QDBusMessage& signal);
+    Q_SLOT void deviceAdded(const QDBusMessage& signal);
+    Q_SLOT void deviceRemoved(const QDBusMessage& signal);
 
     void readOrStart();
     void waitForAnswers();

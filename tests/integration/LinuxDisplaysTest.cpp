@@ -54,13 +54,13 @@ constexpr QLatin1String ownSession("/org/freedesktop/login1/session/auto");
 /// The port over backlight devices in a folder, with a logind of the test's own or none.
 class LinuxDisplaysTest : public testing::Test {
   protected:
-    LinuxDisplaysTest() {
+    void SetUp() override {
         qDBusRegisterMetaType<SessionOfUser>();
         addPanel("panel", "raw", 700, 1000);
         openDisplays();
     }
 
-    ~LinuxDisplaysTest() override {
+    void TearDown() override {
         displays.reset();
         QDBusConnection::disconnectFromBus(connectionName);
     }

@@ -5,8 +5,9 @@
 #include "tests/support/RecordingLog.h"
 #include "tests/support/WaitUntil.h"
 
-#include <QDir>
-#include <QFile>
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QSaveFile>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -78,6 +79,23 @@ class LinuxPowerSourcesTest : public testing::Test {
 
     [[nodiscard]] bool becomesOnBattery() const {
         return waitUntil([this] { return isOnBattery(); });
+    }
+
+    /// Lets the bus start UPower. Returns whether the bus has noticed.
+    [[nodiscard]] bool makeUPowerActivatable() const {
+        const QString name = QStringLiteral("org.freedesktop.UPower");
+        QSaveFile file(bus.serviceFolder() + QStringLiteral("/%1.service").arg(name));
+        file.open(QIODevice::WriteOnly);
+        file.write("[D-BUS Service]\nName=org.freedesktop.UPower\nUser=root\nExec=" +
+                   laptop->uPowerCommand().toUtf8() + '\n');
+        file.commit();
+        const bool isNoticed = waitUntil([this, &name] {
+            const auto names =
+                bus.connection(connectionName).interface()->activatableServiceNames();
+            return names.value().contains(name);
+        });
+        settle(); // a bus that reads its folder anew loses sight of what it is just starting
+        return isNoticed;
     }
 
     /// Long enough for every message that is already on its way.
@@ -249,11 +267,7 @@ TEST_F(LinuxPowerSourcesTest, UPowerStartsLate_IsUsedFromThenOn) {
 }
 
 TEST_F(LinuxPowerSourcesTest, UPowerCanBeStarted_IsAskedForAndMissedByNobody) {
-    QFile service(bus.serviceFolder() + QStringLiteral("/org.freedesktop.UPower.service"));
-    ASSERT_TRUE(service.open(QIODevice::WriteOnly));
-    service.write("[D-BUS Service]\nName=org.freedesktop.UPower\nUser=root\nExec=" +
-                  laptop->uPowerCommand().toUtf8() + '\n');
-    service.close();
+    ASSERT_TRUE(makeUPowerActivatable());
     openPort();
     EXPECT_DOUBLE_EQ(level(), 0.8);
     EXPECT_TRUE(

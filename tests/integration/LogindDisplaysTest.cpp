@@ -49,7 +49,7 @@ class LogindDisplaysTest : public testing::Test {
     /// run by root, whom no permission hinders.
     [[nodiscard]] QString sysfsWithoutRights() const {
         const QString device = QStringLiteral("/class/backlight/intel_backlight/");
-        const QString view = bus.folder() + QStringLiteral("/view");
+        QString view = bus.folder() + QStringLiteral("/view");
         QDir().mkpath(view + device + QStringLiteral("brightness"));
         const auto link = [&](const char* from, const char* to) {
             EXPECT_TRUE(QFile::link(laptop->sysfs() + device + QLatin1String(to),

@@ -22,7 +22,7 @@ constexpr QLatin1String propertiesInterface("org.freedesktop.DBus.Properties");
 /// What the real UPower does only in rare moments: odd data, late answers, changes of owner.
 class UPowerSourceTest : public testing::Test {
   protected:
-    ~UPowerSourceTest() override {
+    void TearDown() override {
         source.reset();
         QDBusConnection::disconnectFromBus(connectionName);
     }
