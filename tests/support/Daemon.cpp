@@ -12,8 +12,7 @@ bool Daemon::start(const QString& program, const QStringList& arguments, const Q
                    const QStringList& environment) {
     QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
     for (const QString& entry : environment) {
-        variables.insert(entry.section(QLatin1Char('='), 0, 0),
-                         entry.section(QLatin1Char('='), 1));
+        variables.insert(entry.section(QLatin1Char('='), 0, 0), entry.section(QLatin1Char('='), 1));
     }
     process_.setProcessEnvironment(variables);
     process_.setStandardInputFile(QProcess::nullDevice());

@@ -25,7 +25,9 @@ class PrivateBus {
     [[nodiscard]] QString folder() const { return folder_.path(); }
 
     /// The folder whose .service files the bus starts on demand.
-    [[nodiscard]] QString serviceFolder() const { return folder_.filePath(QLatin1String("services")); }
+    [[nodiscard]] QString serviceFolder() const {
+        return folder_.filePath(QLatin1String("services"));
+    }
 
     /// A new connection of its own; the caller's to drop with QDBusConnection::disconnectFromBus.
     [[nodiscard]] QDBusConnection connection(const QString& name) const;
