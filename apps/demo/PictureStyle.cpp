@@ -23,7 +23,7 @@ QString PictureStyle::shown(const QString& text) const {
 }
 
 QString PictureStyle::shown(const QString& text, int width) const {
-    const QString whole = shown(text);
+    QString whole = shown(text);
     if (whole.size() <= width) {
         return whole;
     }

@@ -30,8 +30,8 @@ class SimulatedTasks final : public Tasks {
     [[nodiscard]] std::unique_ptr<Task> task(const QString& launchPath,
                                              const QStringList& arguments) override;
 
-    void setBehaviour(const QString& launchPath, Behaviour behaviour) {
-        behaviours_.insert(launchPath, std::move(behaviour));
+    void setBehaviour(const QString& launchPath, const Behaviour& behaviour) {
+        behaviours_.insert(launchPath, behaviour);
     }
 
     /// Everything that was launched, oldest first.
