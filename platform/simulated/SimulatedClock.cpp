@@ -75,7 +75,7 @@ void SimulatedClock::sleep(Seconds duration) {
 
 bool SimulatedClock::wait(QSemaphore& semaphore, Seconds timeout) {
     // Whoever was to release it in time has been told to do so already, at most a thread away.
-    constexpr int graceMilliseconds = 50;
+    constexpr int graceMilliseconds = 400;
     if (semaphore.tryAcquire(1, graceMilliseconds)) {
         return true;
     }
