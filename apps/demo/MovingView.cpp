@@ -59,7 +59,7 @@ class MovingView {
             end = play(terminal);
             signal = terminal.signal();
         }
-        write(end == Terminal::Happening::Nothing
+        write(day_.isOver()
                   ? keyEvents(events_) + QStringList{QString()} + closingWords(day_.result())
                   : QStringList{QStringLiteral("The demonstration was ended early, at %1.")
                                     .arg(day_.state().time.toString(QStringLiteral("HH:mm")))});

@@ -58,7 +58,10 @@ PrivateBus::PrivateBus(Type type) {
                   {QLatin1String("--nofork"), QLatin1String("--nopidfile"),
                    QLatin1String("--config-file=") + configurationFile},
                   folder_.filePath(QLatin1String("bus.log")));
-    [[maybe_unused]] const bool up = waitUntil([&socket] { return QFile::exists(socket); });
+    // The socket exists a moment before anybody listens on it.
+    [[maybe_unused]] const bool up = waitUntil([this, &socket] {
+        return QFile::exists(socket) && hasOwner(QStringLiteral("org.freedesktop.DBus"));
+    });
 }
 
 QDBusConnection PrivateBus::connection(const QString& name) const {
