@@ -25,8 +25,10 @@ from fake_laptop import environment  # noqa: E402
 from measuring import median_of, memory, start_time, wakeups_during  # noqa: E402
 
 SETTLING = 10          # seconds after the start that count for nothing
-SILENT_MINUTES = 2     # a whole period of the slowest timer
-READINGS = range(89, 83, -1)  # percent, one every ten seconds for a minute
+SILENT_MINUTES = 2     # one period of the slowest timer
+REPORTING_MINUTES = 2
+WATTS = 12             # what the laptop draws meanwhile
+READINGS = range(89, 83, -1)  # percent, one every ten seconds
 
 
 @dataclasses.dataclass
@@ -50,8 +52,10 @@ FIGURES = {
     "pss": Figure("PSS, MB", 9.0),
     "unshareable": Figure("unshareable memory, MB", 1.8),
     "unshared": Figure("memory that nobody shares now, MB", None),
-    "silent": Figure("wake-ups in a silent minute", 0),
-    "reporting": Figure("wake-ups in a minute of six readings", 6, "{:.0f}"),
+    "silent": Figure("wake-ups in a silent minute, the least", 0, "{:.0f}"),
+    "polling": Figure("wake-ups in a silent minute, the most", None, "{:.0f}"),
+    "reporting": Figure("wake-ups in a minute of upowerd's reports", 6),
+    "reading": Figure("wake-ups for a change that the kernel announces", None),
     "start": Figure("exec to name on the session bus, ms", 15.0),
     "dimming": Figure("UPower's signal to the last module, ms", 50.0),
 }
@@ -75,18 +79,29 @@ def new_desktop():
     return desktop
 
 
-def silent_minutes(desktop):
-    """UPower polls the battery by itself and tells of it even when nothing has changed, so it is
-    stopped meanwhile."""
+def silent_minutes(desktop, pid):
+    """The wake-ups of each. UPower polls the battery by itself and tells of it even when nothing
+    has changed, so it is stopped meanwhile."""
     upowerd = desktop.processes["upowerd"]
     upowerd.send_signal(signal.SIGSTOP)
-    time.sleep(60 * SILENT_MINUTES)
+    counts = [wakeups_during(pid, lambda: time.sleep(60)) for _ in range(SILENT_MINUTES)]
     upowerd.send_signal(signal.SIGCONT)
+    return counts
 
 
-def reporting_minute(desktop):
+def discharge(laptop, minutes):
+    """The battery drains as a real one does: steadily, and the kernel announces nothing. It is
+    upowerd that looks at it now and then, and tells of what it has found."""
+    energy = int(laptop.get("BAT0", "energy_now"))
+    for _ in range(60 * minutes):
+        energy -= WATTS * 1_000_000 // 3600
+        laptop.set("BAT0", "energy_now", energy)
+        time.sleep(1)
+
+
+def announced_readings(laptop):
     for percent in READINGS:
-        desktop.laptop.charge(percent)
+        laptop.charge(percent)
         time.sleep(10)
 
 
@@ -100,10 +115,13 @@ def measure_running(desktop, program):
     else:
         desktop.laptop.plug()
     time.sleep(SETTLING)
-    figures = {
-        "silent": wakeups_during(process.pid, lambda: silent_minutes(desktop)) / SILENT_MINUTES}
+    silent = silent_minutes(desktop, process.pid)
+    figures = {"silent": min(silent), "polling": max(silent)}
     time.sleep(SETTLING)  # UPower catches up
-    figures["reporting"] = wakeups_during(process.pid, lambda: reporting_minute(desktop))
+    figures["reporting"] = wakeups_during(
+        process.pid, lambda: discharge(desktop.laptop, REPORTING_MINUTES)) / REPORTING_MINUTES
+    figures["reading"] = wakeups_during(
+        process.pid, lambda: announced_readings(desktop.laptop)) / len(READINGS)
     if process.poll() is not None:
         raise RuntimeError(f"{program.name} has ended: {desktop.log(program.name)}")
     figures.update(memory(process.pid))
@@ -176,7 +194,7 @@ def main():
     print_machine()
     results = {}
     for program in (program for program in PROGRAM_LIST if program.name in options.only):
-        print(f"measuring {program.name} for some four minutes", flush=True)
+        print(f"measuring {program.name} for some six minutes", flush=True)
         results[program.name] = measure(program, options.starts)
     print()
     print_table(results)

@@ -8,9 +8,11 @@
 #include "core/UserDefaults.h"
 #include "helper/HelperTool.h"
 #include "modules/ModuleList.h"
+#include "platform/Platform.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 namespace quorvane {
@@ -39,8 +41,7 @@ BatterySaver::BatterySaver()
     : notifier_(std::make_unique<NotificationController>()),
       modules_(SharedInstances::get<ModuleFactory>().makeModules()),
       turboModule_(moduleWithIdentifier(QStringLiteral("TurboModule"))),
-      savingsTimer_(scheduledTimerWithTimeInterval(
-          savingsPeriod, [this] { updateMinutesSaved(); }, Repeats::Yes)) {
+      created_(platform().clock().monotonic()) {
     queueOnMain(this, [this] { bindSettings(); });
 }
 
@@ -136,7 +137,23 @@ void BatterySaver::disableWithNotification(bool alwaysShow) {
 }
 
 void BatterySaver::announceEnabled(bool enabled) {
+    enabled ? startSavingsTimer() : savingsTimer_.reset();
     setObserved(enabled_, enabled, QStringLiteral("enabled"));
+}
+
+/// The savings are counted at every full minute since the controller was made. While the mode is
+/// off there is nothing to count, and nothing to wake the machine for.
+void BatterySaver::startSavingsTimer() {
+    const auto passed = Seconds(platform().clock().monotonic() - created_);
+    const auto begun = Seconds(std::fmod(passed.count(), savingsPeriod.count()));
+    savingsTimer_ = scheduledTimerWithTimeInterval(
+        savingsPeriod - begun,
+        [this] {
+            savingsTimer_ = scheduledTimerWithTimeInterval(
+                savingsPeriod, [this] { updateMinutesSaved(); }, Repeats::Yes);
+            updateMinutesSaved();
+        },
+        Repeats::No);
 }
 
 void BatterySaver::setEnabled(bool enabled) {

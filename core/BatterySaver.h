@@ -100,6 +100,7 @@ class BatterySaver : public ObservableObject {
   private:
     void bindSettings();
     void announceEnabled(bool enabled);
+    void startSavingsTimer();
 
     bool enabled_ = false;
     float minutesSaved_ = 0.0F;
@@ -108,7 +109,8 @@ class BatterySaver : public ObservableObject {
     std::unique_ptr<NotificationController> notifier_;
     ModuleList modules_;
     QuorvaneModule* turboModule_ = nullptr;
-    std::unique_ptr<BlockTimer> savingsTimer_;
+    Seconds created_;                          ///< on the monotonic clock
+    std::unique_ptr<BlockTimer> savingsTimer_; ///< only while the mode is on
 };
 
 /// Where the controller gets its modules from. A test puts its own in before the controller is

@@ -2,6 +2,9 @@
 
 #include <QProcessEnvironment>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 namespace quorvane::test {
 
 Daemon::~Daemon() {
@@ -18,6 +21,8 @@ bool Daemon::start(const QString& program, const QStringList& arguments, const Q
     process_.setStandardInputFile(QProcess::nullDevice());
     process_.setStandardOutputFile(logFile, QIODevice::Append);
     process_.setStandardErrorFile(logFile, QIODevice::Append);
+    // A test that is killed must not leave its services running.
+    process_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     process_.start(program, arguments);
     return process_.waitForStarted(5000);
 }

@@ -95,8 +95,8 @@ FakeLaptop::~FakeLaptop() {
         runPython({fixture("laptop_services.py"), QStringLiteral("leave"), formerPlace_,
                    QString::number(QCoreApplication::applicationPid())});
     }
-    for (const int placeholder : placeholders_) {
-        ::close(placeholder);
+    for (const int descriptor : occupied_) {
+        ::close(descriptor);
     }
     qunsetenv("UMOCKDEV_DIR");
 }
@@ -105,8 +105,8 @@ void FakeLaptop::join() {
     // Listeners of one laptop get each other's announcements when their descriptors have the same
     // number, so those of this process begin above the ones of the services.
     constexpr int firstDescriptor = 64;
-    while (placeholders_.empty() || placeholders_.back() < firstDescriptor) {
-        placeholders_.push_back(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    while (occupied_.empty() || occupied_.back() < firstDescriptor) {
+        occupied_.push_back(::open("/dev/null", O_RDONLY | O_CLOEXEC));
     }
     qputenv("UMOCKDEV_DIR", root_.toUtf8());
 }

@@ -67,7 +67,7 @@ class FakeLaptop {
     QString socket_;
     QString root_;
     QString formerPlace_; ///< the control group to go back to
-    std::vector<int> placeholders_;
+    std::vector<int> occupied_;
     Daemon laptop_;
     Daemon uPower_;
     Daemon systemd_;

@@ -1,6 +1,8 @@
 #include "tests/support/FakeService.h"
 
+#include <QDBusError>
 #include <QUuid>
+#include <gtest/gtest.h>
 
 #include <utility>
 
@@ -9,8 +11,10 @@ namespace quorvane::test {
 FakeService::FakeService(const PrivateBus& bus, const QString& name, Answers answers)
     : connectionName_(QUuid::createUuid().toString()), connection_(bus.connection(connectionName_)),
       name_(name), answers_(std::move(answers)) {
-    connection_.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath);
-    connection_.registerService(name_);
+    EXPECT_TRUE(
+        connection_.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath));
+    EXPECT_TRUE(connection_.registerService(name_))
+        << connection_.lastError().message().toStdString();
 }
 
 FakeService::~FakeService() {

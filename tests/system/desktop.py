@@ -149,6 +149,22 @@ class Desktop:
         self.service("upowerd", "upowerd", self.laptop.root, self.folder)
         wait_until(lambda: self.has_owner("system", "org.freedesktop.UPower"), "upowerd")
 
+    def start_systemd(self):
+        """As much of systemd as logind needs."""
+        self.spawn("systemd", ["/usr/bin/python3", os.path.join(FIXTURES, "fake_systemd.py")])
+        wait_until(lambda: self.has_owner("system", "org.freedesktop.systemd1"), "systemd")
+
+    def enter_session(self, pid):
+        """Makes the process a member of a session that shows on logind's seat. Returns whether the
+        machine lets a test do that."""
+        leader = self.spawn("session leader", ["sleep", "infinity"])
+        self.service("login", "session", str(os.getuid()), str(leader.pid), "x11")
+        path = wait_until(lambda: self.log("login").strip(), "a session of logind's")
+        done = subprocess.run(["/usr/bin/python3", os.path.join(FIXTURES, "laptop_services.py"),
+                               "enter", str(os.getuid()), path, str(pid)], env=self.env,
+                              capture_output=True, check=False)
+        return done.returncode == 0
+
     def start_x(self):
         reading, writing = os.pipe()
         self.spawn("xvfb", ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x800x24",

@@ -7,10 +7,9 @@ import subprocess
 import time
 import unittest
 
-from desktop import NAME, PROGRAMS, Desktop, wait_until
+from desktop import NAME, PROGRAMS, wait_until
+from resident import DIMMED, FOUND, ResidentSession
 
-FOUND = 700    # the fake laptop's brightness, of 1000
-DIMMED = 350   # with the default amount
 MODE_IS_ON = "Low Power Mode is on"
 QUESTION = "Less Than 70% Battery Remaining"
 STOPPING = "Stopping Low Power Mode"
@@ -18,47 +17,7 @@ STOPPING = "Stopping Low Power Mode"
 AUTOMATIC, ASK, MANUAL = 0, 1, 2
 
 
-class ResidentTest(unittest.TestCase):
-    def setUp(self):
-        self.desktop = Desktop()
-        self.addCleanup(self.desktop.stop)
-
-    def start(self, percent, plugged=False, mode=None, **settings):
-        """A session with the program running in it."""
-        desktop = self.desktop
-        desktop.start(percent, plugged)
-        if mode is not None:
-            settings["QuorvaneAutoStartSetting"] = mode
-        if settings:
-            desktop.set(**settings)
-        desktop.quorvane()
-        return desktop
-
-    def discharge(self, *percents):
-        """One reading after the other, each seen by the program before the next."""
-        for percent in percents:
-            self.desktop.laptop.charge(percent)
-            wait_until(lambda p=percent: f"<{p}.0" in self.percentage(), f"{percent} % at upowerd")
-
-    def percentage(self):
-        return self.desktop.call(
-            "system", "org.freedesktop.UPower",
-            "/org/freedesktop/UPower/devices/battery_BAT0",
-            "org.freedesktop.DBus.Properties.Get", "org.freedesktop.UPower.Device",
-            "Percentage") or ""
-
-    def wait_for_brightness(self, raw):
-        wait_until(lambda: self.desktop.brightness == raw,
-                   f"brightness {raw}, it is {self.desktop.brightness}")
-
-    def wait_for_titles(self, *titles):
-        wait_until(lambda: self.desktop.titles() == list(titles),
-                   f"notifications {titles}, there were {self.desktop.titles()}")
-
-    def settle(self):
-        """Time for something to happen that must not."""
-        time.sleep(1.0)
-
+class ResidentTest(ResidentSession):
     # --- the charge falls from 73 to 69 with the threshold at 70
 
     def test_ask_mode_asks_once_at_the_threshold(self):

@@ -100,6 +100,40 @@ TEST_F(BatterySaverTest, ModeOff_EachFiringAddsNothing) {
     EXPECT_EQ(saver().estimationForOneMinute(), 0.0F);
 }
 
+TEST_F(BatterySaverTest, ModeOff_HoldsNoTimerForTheSavings) {
+    start();
+    const std::size_t timers = laptop().clock().timerCount();
+    saver().setEnabled(true);
+    EXPECT_EQ(laptop().clock().timerCount(), timers + 1);
+    saver().setEnabled(false);
+    EXPECT_EQ(laptop().clock().timerCount(), timers);
+}
+
+TEST_F(BatterySaverTest, ModeSwitchedOnWithinAMinute_IsCountedAtTheFullMinutesSinceTheStart) {
+    onlyBrightnessOn();
+    start();
+    laptop().clock().advance(Seconds(150));
+    saver().setEnabled(true);
+    laptop().clock().advance(Seconds(29));
+    EXPECT_EQ(saver().minutesSaved(), 0.0F);
+    laptop().clock().advance(Seconds(1));
+    EXPECT_EQ(saver().minutesSaved(), 0.15F);
+    laptop().clock().advance(Seconds(60));
+    EXPECT_EQ(saver().minutesSaved(), 0.3F);
+}
+
+TEST_F(BatterySaverTest, ModeSwitchedOffAndOnBetweenTwoFullMinutes_LosesNoFiring) {
+    onlyBrightnessOn();
+    start();
+    saver().setEnabled(true);
+    laptop().clock().advance(Seconds(80));
+    saver().setEnabled(false);
+    laptop().clock().advance(Seconds(20));
+    saver().setEnabled(true);
+    laptop().clock().advance(Seconds(20));
+    EXPECT_EQ(saver().minutesSaved(), 0.15F);
+}
+
 TEST_F(BatterySaverTest, TopAppsModule_ContributesNothing) {
     start();
     for (const auto& module : saver().modules()) {
