@@ -1,34 +1,80 @@
 #include "core/AppDelegate.h"
 
-#include "battery/Battery.h"
 #include "core/BatterySaver.h"
+#include "core/Localized.h"
 #include "core/MainQueue.h"
 #include "core/QuorvanePrefs.h"
 #include "core/RegisteredDefaults.h"
+#include "core/SoftwareUpdater.h"
 #include "core/UserDefaults.h"
 #include "platform/Log.h"
+#include "platform/LoginItems.h"
 #include "platform/Platform.h"
 #include "platform/UserNotifications.h"
+#include "platform/Windows.h"
+#include "platform/Workspace.h"
+#include "ui/MenuController.h"
+#include "ui/WindowController.h"
 
 #include <utility>
 
 namespace quorvane {
 
+namespace {
+
+constexpr Seconds updateCheckInterval{3600.0};
+
+const QString ownIdentifier = QStringLiteral("com.TarnwickStudios.quorvane");
+const QString otherEdition = QStringLiteral("com.tarnwick.quorvane-setapp");
+
+} // namespace
+
 AppDelegate::AppDelegate(std::function<void()> terminate) : terminate_(std::move(terminate)) {}
 
-void AppDelegate::applicationWillFinishLaunching() {
+AppDelegate::~AppDelegate() = default;
+
+bool AppDelegate::anotherCopyRuns() {
+    const Workspace& workspace = platform().workspace();
+    // This copy counts itself.
+    return workspace.runningApplicationsWithBundleIdentifier(ownIdentifier) +
+               workspace.runningApplicationsWithBundleIdentifier(otherEdition) >=
+           2;
+}
+
+void AppDelegate::refuse() {
+    Alert alert;
+    alert.messageText = localized("Quorvane already running");
+    alert.informativeText = localized(
+        "Another version of Quorvane is already running. Please quit it, then try again.");
+    alert.buttons = {localized("Quit")};
+    platform().windows().runModal(alert, [this](int) { terminate_(); });
+}
+
+bool AppDelegate::applicationWillFinishLaunching() {
+    if (anotherCopyRuns()) {
+        refuse();
+        return false;
+    }
     for (const QVariantMap& group : registeredDefaults()) {
         QuorvanePrefs::userDefaults().registerDefaults(group);
     }
+    windowController_ = std::make_unique<WindowController>();
+    return true;
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    BatterySaver& saver = BatterySaver::batterySaver();
-    Battery::battery();
-    // The controller binds itself to the settings only when this has returned. Until then it acts
-    // as in the automatic launch mode, so that a nearly empty battery is met at once; the user's
-    // launch mode then decides afresh.
-    saver.checkThreshold();
+    SoftwareUpdater& updater = SoftwareUpdater::sharedUpdater();
+    updater.setAutomaticallyChecksForUpdates(true);
+    updater.setAutomaticallyDownloadsUpdates(true);
+    updater.setUpdateCheckInterval(updateCheckInterval);
+    updater.checkForUpdatesInBackground();
+
+    menuController_ = std::make_unique<MenuController>([this] { quit(); });
+
+    LoginItems& loginItems = platform().loginItems();
+    if (!loginItems.launchOnLogin()) {
+        loginItems.setLaunchOnLogin(true);
+    }
 }
 
 void AppDelegate::quit() {

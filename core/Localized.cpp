@@ -8,6 +8,25 @@ QString localized(const char* key) {
     return QCoreApplication::translate("Quorvane", key);
 }
 
+QString localized(const char* key, int number) {
+    return QCoreApplication::translate("Quorvane", key, nullptr, number);
+}
+
+QString filledIn(const QString& text, const QStringList& texts) {
+    const QLatin1String directive("%@");
+    QString result = text;
+    qsizetype from = 0;
+    for (const QString& each : texts) {
+        const qsizetype place = result.indexOf(directive, from);
+        if (place < 0) {
+            break;
+        }
+        result.replace(place, directive.size(), each);
+        from = place + each.size();
+    }
+    return result;
+}
+
 QString filledIn(const QString& text, int number) {
     QString result;
     bool filled = false;

@@ -1,7 +1,7 @@
 #include "core/XmlText.h"
 
-#include <QRegularExpression>
 #include <QStringDecoder>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 
@@ -40,9 +40,10 @@ QString declaredEncoding(const QByteArray& bytes, QStringConverter::Encoding det
     if (const QByteArrayView mark("\xEF\xBB\xBF"); start.startsWith(mark)) {
         start = start.sliced(mark.size());
     }
-    static const QRegularExpression declaration(
-        QStringLiteral("^<\\?xml\\s[^>]*?\\bencoding\\s*=\\s*[\"']([^\"'>]*)[\"']"));
-    return declaration.match(decoder(start)).captured(1).toUpper();
+    // Not a regular expression: this runs at every start, and their library is large.
+    QXmlStreamReader reader(QString(decoder(start)));
+    reader.readNext();
+    return reader.documentEncoding().toString().toUpper();
 }
 
 /// The encoding to decode with; nothing when the declaration contradicts the bytes, or names an

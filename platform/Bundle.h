@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QUrl>
+#include <QVariantMap>
 
 #include <optional>
 
@@ -14,6 +16,12 @@ class Bundle {
 
     /// For example "com.TarnwickStudios.quorvane".
     [[nodiscard]] virtual QString identifier() const = 0;
+
+    /// Where the bundle lies.
+    [[nodiscard]] virtual QUrl bundleURL() const = 0;
+
+    /// The bundle's own description, by keys such as "CFBundleVersion".
+    [[nodiscard]] virtual QVariantMap infoDictionary() const = 0;
 
     /// The contents of a file of the bundle's resources, or nothing when there is no such file.
     /// `type` is the file's extension without the dot.

@@ -19,6 +19,9 @@ class SettingsDomain : public QObject {
     /// text gives text ("true", "70"); `UserDefaults` converts.
     [[nodiscard]] virtual QVariant value(const QString& key) const = 0;
 
+    /// Where the values are kept, in the user's words: the path of a file.
+    [[nodiscard]] virtual QString location() const = 0;
+
     /// Stores the value and makes it visible to other processes before returning. Other keys keep
     /// whatever any process wrote to them. Returns false, after a log line that says why, when it
     /// could not be stored; what was stored before is then still there.

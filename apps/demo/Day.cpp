@@ -46,6 +46,8 @@ void Day::storeSettings() const {
     settings.writeFromElsewhere(QStringLiteral("QuorvaneAutoStartSetting"),
                                 static_cast<quint64>(plan_.mode));
     settings.writeFromElsewhere(QStringLiteral("BatteryThreshold"), plan_.threshold);
+    // The user has seen the welcome long ago.
+    settings.writeFromElsewhere(QStringLiteral("SplashWindowShown"), true);
 }
 
 void Day::storeYesterdaysLog() const {
@@ -61,8 +63,9 @@ void Day::begin() {
         report(kind, text);
     };
     program_ = std::make_unique<AppDelegate>([this] { over_ = true; });
-    program_->applicationWillFinishLaunching();
-    program_->applicationDidFinishLaunching();
+    if (program_->applicationWillFinishLaunching()) {
+        program_->applicationDidFinishLaunching();
+    }
     SimulatedClock::runMainQueue();
 
     const BatterySaver& saver = BatterySaver::batterySaver();

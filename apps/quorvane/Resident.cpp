@@ -43,34 +43,43 @@ int Resident::run() {
     const EndOfSession endOfSession(sessionBus_);
     const QuitService quitService(sessionBus_);
     RunningCopies copies(sessionBus_);
-    if (!copies.claim()) {
-        return complain("Quorvane already running. Another version of Quorvane is already running. "
-                        "Please quit it (quorvane --quit), then try again.");
-    }
-
-    auto machine = std::make_unique<LinuxPlatform>(sessionBus_, systemBus_);
+    const bool isFirst = copies.claim();
+    auto machine = std::make_unique<LinuxPlatform>(sessionBus_, systemBus_, &copies);
     LinuxPlatform& platform = *machine;
-    platform.displays().putBack();
+    if (isFirst) {
+        platform.displays().putBack();
+    }
     SharedInstances::reset(std::move(machine));
-    const QString identifier = RunningCopies::names().first();
 
-    AppDelegate delegate([] { QCoreApplication::quit(); });
-    QObject::connect(&quitService, &QuitService::quitRequested, &delegate, &AppDelegate::quit);
-    QObject::connect(&endOfSession, &EndOfSession::ended, &delegate,
-                     [] { QCoreApplication::quit(); });
-    delegate.applicationWillFinishLaunching();
-    delegate.applicationDidFinishLaunching();
-    // Behind the controller's own queued start: whoever finds the name finds it bound to the
-    // settings and its first decision made.
-    queueOnMain(&delegate, [&copies, identifier] { copies.announce(identifier); });
-
-    const int status = QCoreApplication::exec();
+    int status = EXIT_SUCCESS;
+    {
+        AppDelegate delegate([] { QCoreApplication::quit(); });
+        QObject::connect(&quitService, &QuitService::quitRequested, &delegate, &AppDelegate::quit);
+        QObject::connect(&endOfSession, &EndOfSession::ended, &delegate,
+                         [] { QCoreApplication::quit(); });
+        status = launch(delegate, copies);
+        delegate.applicationWillTerminate();
+    }
     // After a proper quit nothing is left to put back. After a signal the mode counts as on, for
     // the next start to decide on; the machine itself does not wait for that.
     platform.displays().putBack();
     platform.finishPendingWork();
     SharedInstances::reset(nullptr);
     return status;
+}
+
+int Resident::launch(AppDelegate& delegate, RunningCopies& copies) {
+    if (!delegate.applicationWillFinishLaunching()) {
+        complain("Quorvane already running. Another version of Quorvane is already running. "
+                 "Please quit it (quorvane --quit), then try again.");
+        QCoreApplication::exec(); // until the user has read the same on the screen
+        return EXIT_FAILURE;
+    }
+    delegate.applicationDidFinishLaunching();
+    // Behind the controller's own queued start: whoever finds the name finds it bound to the
+    // settings and its first decision made.
+    queueOnMain(&delegate, [&copies] { copies.announce(RunningCopies::names().first()); });
+    return QCoreApplication::exec();
 }
 
 int Resident::quitRunningCopy() {

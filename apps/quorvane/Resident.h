@@ -4,6 +4,9 @@
 
 namespace quorvane {
 
+class AppDelegate;
+class RunningCopies;
+
 /// What `quorvane` can be told to do. Each returns the process's exit status and tells the user in
 /// plain words on standard error what went wrong.
 class Resident {
@@ -20,6 +23,9 @@ class Resident {
     int restore();
 
   private:
+    /// Returns the exit status when the program is to end.
+    static int launch(AppDelegate& delegate, RunningCopies& copies);
+
     QDBusConnection sessionBus_;
     QDBusConnection systemBus_;
 };

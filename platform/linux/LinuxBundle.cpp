@@ -17,21 +17,28 @@ std::optional<QByteArray> contentsOf(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? std::optional(file.readAll()) : std::nullopt;
 }
 
-QString identifierIn(const QString& infoFile) {
+QVariantMap infoIn(const QString& infoFile) {
     const std::optional<QByteArray> info = contentsOf(infoFile);
     const PropertyListResult list = info ? readPropertyList(*info) : PropertyListResult{};
-    return list.value ? list.value->toMap().value(QStringLiteral("CFBundleIdentifier")).toString()
-                      : QString();
+    return list.value ? list.value->toMap() : QVariantMap();
 }
 
 } // namespace
 
 LinuxBundle::LinuxBundle(QString contentsFolder)
     : contentsFolder_(std::move(contentsFolder)),
-      identifier_(identifierIn(contentsFolder_ + QStringLiteral("/Info.plist"))) {}
+      info_(infoIn(contentsFolder_ + QStringLiteral("/Info.plist"))) {}
 
 QString LinuxBundle::contentsFolderOfThisProgram() {
     return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/.."));
+}
+
+QString LinuxBundle::identifier() const {
+    return info_.value(QStringLiteral("CFBundleIdentifier")).toString();
+}
+
+QUrl LinuxBundle::bundleURL() const {
+    return QUrl::fromLocalFile(QDir::cleanPath(contentsFolder_ + QStringLiteral("/..")));
 }
 
 std::optional<QByteArray> LinuxBundle::resource(const QString& name, const QString& type) const {

@@ -15,14 +15,20 @@ class LinuxBundle final : public Bundle {
     /// The bundle of the running executable.
     [[nodiscard]] static QString contentsFolderOfThisProgram();
 
-    [[nodiscard]] QString identifier() const override { return identifier_; }
+    [[nodiscard]] QString identifier() const override;
+
+    [[nodiscard]] QUrl bundleURL() const override;
+
+    [[nodiscard]] QVariantMap infoDictionary() const override { return info_; }
+
+    [[nodiscard]] const QString& contentsFolder() const { return contentsFolder_; }
 
     [[nodiscard]] std::optional<QByteArray> resource(const QString& name,
                                                      const QString& type) const override;
 
   private:
     QString contentsFolder_;
-    QString identifier_; ///< empty outside a bundle
+    QVariantMap info_; ///< empty outside a bundle
 };
 
 } // namespace quorvane

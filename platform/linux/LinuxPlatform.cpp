@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include <QCoreApplication>
+
 namespace quorvane {
 
 namespace {
@@ -9,10 +11,16 @@ constexpr std::chrono::milliseconds lastPatience{2000};
 
 } // namespace
 
-LinuxPlatform::LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConnection& systemBus)
+LinuxPlatform::LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConnection& systemBus,
+                             const RunningCopies* copies)
     : journal_(PuttingBackJournal::defaultPath(), log_),
       bundle_(LinuxBundle::contentsFolderOfThisProgram()), displays_(systemBus, journal_, log_),
-      powerSources_(systemBus, log_), settings_(log_), userNotifications_(sessionBus, log_) {}
+      powerSources_(systemBus, log_), settings_(log_),
+      statusBar_(sessionBus, log_,
+                 bundle_.contentsFolder() + QStringLiteral("/Resources/StatusImages")),
+      updates_(systemBus, QCoreApplication::applicationFilePath()),
+      userNotifications_(sessionBus, log_), windows_(bundle_.contentsFolder(), log_),
+      workspace_(copies, bundle_.identifier(), log_) {}
 
 void LinuxPlatform::finishPendingWork() {
     displays_.waitForWrites(lastPatience);

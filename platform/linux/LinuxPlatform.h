@@ -2,6 +2,7 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/AbsentHelper.h"
+#include "platform/linux/AbsentLoginItems.h"
 #include "platform/linux/LinuxBundle.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxDisplays.h"
@@ -9,26 +10,35 @@
 #include "platform/linux/LinuxLog.h"
 #include "platform/linux/LinuxPowerSources.h"
 #include "platform/linux/LinuxSettings.h"
+#include "platform/linux/LinuxStatusBar.h"
 #include "platform/linux/LinuxTasks.h"
 #include "platform/linux/LinuxUserNotifications.h"
+#include "platform/linux/LinuxWindows.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/PackageKitUpdates.h"
 #include "platform/linux/PuttingBackJournal.h"
 
 #include <QDBusConnection>
 
 namespace quorvane {
 
+class RunningCopies;
+
 /// The machine that the program runs on. A system bus that is not there is no error: what stands on
 /// it then reads the kernel directly or does without.
 class LinuxPlatform final : public Platform {
   public:
-    LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConnection& systemBus);
+    /// `copies`, where given, must outlive this.
+    LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConnection& systemBus,
+                  const RunningCopies* copies = nullptr);
 
     Authorization& authorization() override { return helper_; }
 
     Bundle& bundle() override { return bundle_; }
 
     Clock& clock() override { return clock_; }
+
+    const DeviceInformation* deviceInformation() override { return nullptr; }
 
     LinuxDisplays& displays() override { return displays_; }
 
@@ -40,13 +50,23 @@ class LinuxPlatform final : public Platform {
 
     LogSink& logSink() override { return log_; }
 
+    LoginItems& loginItems() override { return loginItems_; }
+
+    Pasteboard& pasteboard() override { return windows_; }
+
     PowerSources& powerSources() override { return powerSources_; }
 
     Settings& settings() override { return settings_; }
 
+    StatusBar& statusBar() override { return statusBar_; }
+
     Tasks& tasks() override { return tasks_; }
 
+    UpdateService& updateService() override { return updates_; }
+
     LinuxUserNotifications& userNotifications() override { return userNotifications_; }
+
+    Windows& windows() override { return windows_; }
 
     Workspace& workspace() override { return workspace_; }
 
@@ -61,10 +81,14 @@ class LinuxPlatform final : public Platform {
     LinuxClock clock_;
     LinuxDisplays displays_;
     LinuxFiles files_;
+    AbsentLoginItems loginItems_;
     LinuxPowerSources powerSources_;
     LinuxSettings settings_;
+    LinuxStatusBar statusBar_;
     LinuxTasks tasks_;
+    PackageKitUpdates updates_;
     LinuxUserNotifications userNotifications_;
+    LinuxWindows windows_;
     LinuxWorkspace workspace_;
 };
 

@@ -4,13 +4,30 @@
 
 namespace quorvane {
 
-/// Sees no applications so far, and so none is ever paused.
+class LogSink;
+class RunningCopies;
+
+/// The session's applications. Sees only the copies of Quorvane so far, and so no other application
+/// is ever paused.
 class LinuxWorkspace final : public Workspace {
   public:
+    /// `ownIdentifier` is this program's. Both references must outlive this; without `copies` no
+    /// copy is seen.
+    LinuxWorkspace(const RunningCopies* copies, QString ownIdentifier, LogSink& log);
+
     [[nodiscard]] std::optional<std::int32_t>
-    processIdentifierOf(const QString& /*bundleIdentifier*/) const override {
-        return std::nullopt;
-    }
+    processIdentifierOf(const QString& bundleIdentifier) const override;
+
+    [[nodiscard]] int
+    runningApplicationsWithBundleIdentifier(const QString& bundleIdentifier) const override;
+
+    /// Through xdg-open.
+    void openURL(const QUrl& url) override;
+
+  private:
+    const RunningCopies* copies_;
+    QString ownIdentifier_;
+    LogSink& log_;
 };
 
 } // namespace quorvane

@@ -34,7 +34,22 @@ QStringList RunningCopies::running() const {
 }
 
 bool RunningCopies::claim() {
-    return running().isEmpty() && take(QStringLiteral("com.TarnwickStudios.quorvane.claim"));
+    const bool isFree =
+        running().isEmpty() && take(QStringLiteral("com.TarnwickStudios.quorvane.claim"));
+    claim_ = isFree ? Claim::Won : Claim::Lost;
+    return isFree;
+}
+
+int RunningCopies::count(const QString& bundleIdentifier, const QString& ownIdentifier) const {
+    const QStringList owned = running();
+    const bool isOwn = bundleIdentifier == ownIdentifier;
+    if (isOwn && claim_ == Claim::Won) {
+        return 1; // the name, once it is taken, is this program's
+    }
+    const int itself = isOwn && claim_ == Claim::Lost ? 1 : 0;
+    // Whoever has the claim without a name is about to take one.
+    const bool isStarting = itself == 1 && owned.isEmpty();
+    return itself + (isStarting || owned.contains(bundleIdentifier) ? 1 : 0);
 }
 
 bool RunningCopies::announce(const QString& bundleIdentifier) {

@@ -22,6 +22,10 @@ class RunningCopies {
     /// Of two programs that try at the same moment one succeeds. Returns whether this one did.
     [[nodiscard]] bool claim();
 
+    /// How many copies with this bundle identifier run. Once `claim` was called, this program
+    /// counts as one of the edition `ownIdentifier`, and so does a copy that is just starting.
+    [[nodiscard]] int count(const QString& bundleIdentifier, const QString& ownIdentifier) const;
+
     /// Takes the name of this edition: from now on the program counts as a running copy, and acts
     /// on what it is told. Returns whether it got the name.
     bool announce(const QString& bundleIdentifier);
@@ -34,6 +38,7 @@ class RunningCopies {
     [[nodiscard]] bool take(const QString& name);
 
     QDBusConnection bus_;
+    enum class Claim { NotTried, Won, Lost } claim_ = Claim::NotTried;
 };
 
 } // namespace quorvane

@@ -31,6 +31,8 @@ class SettingsFile final : public SettingsDomain {
     /// Always text. Sees what another process has finished writing, also before `changed`.
     [[nodiscard]] QVariant value(const QString& key) const override;
 
+    [[nodiscard]] QString location() const override { return file_.path(); }
+
     /// An invalid value removes the key. May wait: at most a second for an editor, five seconds for
     /// other writers. Announces what changed, here and elsewhere, before it returns.
     bool write(const QString& key, const QVariant& value) override;

@@ -16,6 +16,15 @@ class SimulatedBundle final : public Bundle {
         return found == resources_.constEnd() ? std::nullopt : std::optional(*found);
     }
 
+    [[nodiscard]] QUrl bundleURL() const override {
+        return QUrl::fromLocalFile(QStringLiteral("/opt/Quorvane.app"));
+    }
+
+    [[nodiscard]] QVariantMap infoDictionary() const override { return info; }
+
+    QVariantMap info{{QStringLiteral("CFBundleShortVersionString"), QStringLiteral("0.1")},
+                     {QStringLiteral("CFBundleVersion"), QStringLiteral("1")}};
+
     void setIdentifier(const QString& identifier) { identifier_ = identifier; }
 
     void setResource(const QString& fileName, const QByteArray& data) {

@@ -1,18 +1,25 @@
 #pragma once
 
+#include "platform/DeviceInformation.h"
 #include "platform/Platform.h"
 #include "platform/simulated/SimulatedAuthorization.h"
 #include "platform/simulated/SimulatedBundle.h"
 #include "platform/simulated/SimulatedClock.h"
+#include "platform/simulated/SimulatedDesktop.h"
 #include "platform/simulated/SimulatedDisplays.h"
 #include "platform/simulated/SimulatedFiles.h"
 #include "platform/simulated/SimulatedHelper.h"
 #include "platform/simulated/SimulatedLog.h"
 #include "platform/simulated/SimulatedPowerSources.h"
 #include "platform/simulated/SimulatedSettings.h"
+#include "platform/simulated/SimulatedStatusBar.h"
 #include "platform/simulated/SimulatedTasks.h"
+#include "platform/simulated/SimulatedUpdates.h"
 #include "platform/simulated/SimulatedUserNotifications.h"
+#include "platform/simulated/SimulatedWindows.h"
 #include "platform/simulated/SimulatedWorkspace.h"
+
+#include <optional>
 
 namespace quorvane {
 
@@ -28,6 +35,14 @@ class SimulatedPlatform final : public Platform {
 
     SimulatedClock& clock() override { return clock_; }
 
+    const DeviceInformation* deviceInformation() override {
+        return deviceInformation_ ? &*deviceInformation_ : nullptr;
+    }
+
+    void setDeviceInformation(const DeviceInformation& information) {
+        deviceInformation_ = information;
+    }
+
     SimulatedDisplays& displays() override { return displays_; }
 
     SimulatedFiles& files() override { return files_; }
@@ -38,13 +53,23 @@ class SimulatedPlatform final : public Platform {
 
     SimulatedLog& logSink() override { return log_; }
 
+    SimulatedLoginItems& loginItems() override { return loginItems_; }
+
+    SimulatedPasteboard& pasteboard() override { return pasteboard_; }
+
     SimulatedPowerSources& powerSources() override { return powerSources_; }
 
     SimulatedSettings& settings() override { return settings_; }
 
+    SimulatedStatusBar& statusBar() override { return statusBar_; }
+
     SimulatedTasks& tasks() override { return tasks_; }
 
+    SimulatedUpdates& updateService() override { return updateService_; }
+
     SimulatedUserNotifications& userNotifications() override { return userNotifications_; }
+
+    SimulatedWindows& windows() override { return windows_; }
 
     SimulatedWorkspace& workspace() override { return workspace_; }
 
@@ -53,13 +78,19 @@ class SimulatedPlatform final : public Platform {
     SimulatedAuthorization authorization_;
     SimulatedBundle bundle_;
     SimulatedClock clock_;
+    std::optional<DeviceInformation> deviceInformation_;
     SimulatedDisplays displays_;
     SimulatedFiles files_;
     SimulatedHelper helper_;
+    SimulatedLoginItems loginItems_;
+    SimulatedPasteboard pasteboard_;
     SimulatedPowerSources powerSources_;
     SimulatedSettings settings_;
+    SimulatedStatusBar statusBar_;
     SimulatedTasks tasks_;
+    SimulatedUpdates updateService_;
     SimulatedUserNotifications userNotifications_;
+    SimulatedWindows windows_;
     SimulatedWorkspace workspace_;
 };
 

@@ -18,6 +18,10 @@ class SimulatedSettingsDomain final : public SettingsDomain {
     [[nodiscard]] QVariant value(const QString& key) const override;
     bool write(const QString& key, const QVariant& value) override;
 
+    [[nodiscard]] QString location() const override {
+        return QStringLiteral("/home/user/.config/com.TarnwickStudios.quorvane.conf");
+    }
+
     bool synchronize() override { return !failing_; }
 
     /// As if another process, or the user in an editor, had written.

@@ -2,7 +2,8 @@
 
 #include "platform/Workspace.h"
 
-#include <QMap>
+#include <QList>
+#include <QMultiMap>
 
 namespace quorvane {
 
@@ -15,12 +16,22 @@ class SimulatedWorkspace final : public Workspace {
         return found == running_.constEnd() ? std::nullopt : std::optional(*found);
     }
 
+    [[nodiscard]] int
+    runningApplicationsWithBundleIdentifier(const QString& bundleIdentifier) const override {
+        return static_cast<int>(running_.count(bundleIdentifier));
+    }
+
+    void openURL(const QUrl& url) override { openedURLs_.append(url); }
+
+    [[nodiscard]] const QList<QUrl>& openedURLs() const { return openedURLs_; }
+
     void run(const QString& bundleIdentifier, std::int32_t pid) {
         running_.insert(bundleIdentifier, pid);
     }
 
   private:
-    QMap<QString, std::int32_t> running_;
+    QMultiMap<QString, std::int32_t> running_;
+    QList<QUrl> openedURLs_;
 };
 
 } // namespace quorvane

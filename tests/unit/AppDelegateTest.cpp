@@ -74,4 +74,68 @@ TEST_F(AppDelegateTest, Start_RegistersDefaultsBeforeAnybodyReadsThem) {
     EXPECT_FALSE(stored("BatteryThreshold").isValid());
 }
 
+TEST_F(AppDelegateTest, OtherEditionRuns_AlertAndTheEnd) {
+    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 10);
+    laptop().workspace().run(QStringLiteral("com.tarnwick.quorvane-setapp"), 11);
+    start();
+    ASSERT_EQ(laptop().windows().alerts().size(), 1U);
+    const Alert& alert = laptop().windows().alerts().front();
+    EXPECT_EQ(alert.messageText, QStringLiteral("Quorvane already running"));
+    EXPECT_EQ(alert.informativeText,
+              QStringLiteral("Another version of Quorvane is already running. Please quit it, then "
+                             "try again."));
+    EXPECT_EQ(alert.buttons, QStringList{QStringLiteral("Quit")});
+    EXPECT_FALSE(terminated()) << "the user has not read it yet";
+    EXPECT_EQ(QuorvanePrefs::userDefaults().integerForKey(QStringLiteral("BatteryThreshold")), 0)
+        << "no default is registered";
+    EXPECT_EQ(laptop().statusBar().itemCount(), 0);
+    EXPECT_TRUE(laptop().windows().press(0));
+    EXPECT_TRUE(terminated());
+}
+
+TEST_F(AppDelegateTest, SecondCopyOfTheSameEdition_AlertAndTheEnd) {
+    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 10);
+    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 11);
+    start();
+    EXPECT_EQ(laptop().windows().alerts().size(), 1U);
+}
+
+TEST_F(AppDelegateTest, OnlyItselfRuns_Starts) {
+    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 10);
+    start();
+    EXPECT_TRUE(laptop().windows().alerts().empty());
+    EXPECT_EQ(laptop().statusBar().itemCount(), 1);
+}
+
+TEST_F(AppDelegateTest, LaunchAtLoginOff_IsSwitchedOnAtEachStart) {
+    start();
+    EXPECT_TRUE(laptop().loginItems().launchOnLogin());
+    EXPECT_EQ(laptop().loginItems().writes(), 1);
+    laptop().loginItems().setLaunchOnLogin(false);
+    start();
+    EXPECT_TRUE(laptop().loginItems().launchOnLogin());
+}
+
+TEST_F(AppDelegateTest, LaunchAtLoginOn_IsLeftAlone) {
+    laptop().loginItems().setLaunchOnLogin(true);
+    start();
+    EXPECT_EQ(laptop().loginItems().writes(), 1);
+}
+
+TEST_F(AppDelegateTest, FirstStart_ShowsTheSplashAfterTheDefaultsAreThere) {
+    start();
+    ASSERT_EQ(laptop().windows().windows().size(), 1U);
+    EXPECT_TRUE(laptop().windows().windows().front().isVisible);
+    EXPECT_NE(delegate().windowController(), nullptr);
+}
+
+TEST_F(AppDelegateTest, WillTerminate_LeavesEverythingAsItIs) {
+    start();
+    saver().setEnabled(true);
+    delegate().applicationWillTerminate();
+    EXPECT_TRUE(saver().enabled());
+    EXPECT_TRUE(stored("QuorvaneActive").toBool());
+    EXPECT_FALSE(stored("WasEnabledOnQuit").isValid());
+}
+
 } // namespace quorvane::test

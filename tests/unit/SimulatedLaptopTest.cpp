@@ -33,8 +33,9 @@ void SimulatedLaptopTest::store(const char* key, const QVariant& value) {
 
 void SimulatedLaptopTest::startWithoutMainQueue() {
     delegate_ = std::make_unique<AppDelegate>([this] { terminated_ = true; });
-    delegate_->applicationWillFinishLaunching();
-    delegate_->applicationDidFinishLaunching();
+    if (delegate_->applicationWillFinishLaunching()) {
+        delegate_->applicationDidFinishLaunching();
+    }
 }
 
 void SimulatedLaptopTest::start() {

@@ -38,6 +38,10 @@ class SimulatedLaptopTest : public testing::Test {
     /// The user quits; returns whether the program has ended by itself.
     bool quit();
 
+    [[nodiscard]] AppDelegate& delegate() { return *delegate_; }
+
+    [[nodiscard]] bool terminated() const { return terminated_; }
+
     void registerDefaults();
 
     /// Puts these modules in the place of the real ones. Before the controller is first used.

@@ -1,0 +1,10 @@
+#include "ui/EmailWindowController.h"
+
+#include "platform/Platform.h"
+
+namespace quorvane {
+
+EmailWindowController::EmailWindowController()
+    : window_(platform().windows().loadNibNamed(QStringLiteral("CollectEmailWindow"))) {}
+
+} // namespace quorvane
