@@ -1,5 +1,7 @@
 #include "apps/quorvane/Resident.h"
 #include "platform/linux/EndOfSession.h"
+#include "platform/linux/LinuxBundle.h"
+#include "platform/linux/Translation.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -27,6 +29,9 @@ int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quorvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));
+
+    const quorvane::Translation translation(quorvane::LinuxBundle::contentsFolderOfThisProgram() +
+                                            QStringLiteral("/Resources/Translations"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(

@@ -198,7 +198,6 @@ TEST_F(MenuControllerTest, QuitItem_Quits) {
 
 TEST_F(MenuControllerTest, PreferencesItem_ShowsWhereTheSettingsAre) {
     start();
-    item(4);
     controller().menu()->items().at(4)->performAction();
     ASSERT_EQ(laptop().windows().alerts().size(), 1U);
     EXPECT_TRUE(laptop().windows().alerts().front().informativeText.contains(
