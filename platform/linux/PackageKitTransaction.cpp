@@ -47,11 +47,6 @@ QString PackageKitTransaction::serviceName() {
 void PackageKitTransaction::run(const QString& method, const QVariantList& arguments) {
     method_ = method;
     arguments_ = arguments;
-    if (!bus_.isConnected()) {
-        QMetaObject::invokeMethod(this, &PackageKitTransaction::serviceIsAbsent,
-                                  Qt::QueuedConnection);
-        return;
-    }
     patience_.start();
     call(QDBusMessage::createMethodCall(serviceName(), managerPath, managerInterface,
                                         QStringLiteral("CreateTransaction")),

@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
+
 namespace quorvane {
 
 /// One question to PackageKit, from its creation to its end. Main thread only.
@@ -14,6 +16,7 @@ class PackageKitTransaction : public QObject {
     Q_OBJECT
 
   public:
+    /// The bus has to be connected.
     explicit PackageKitTransaction(const QDBusConnection& systemBus, QObject* parent = nullptr);
 
     /// Creates the transaction and calls `method` on it. Once.

@@ -50,9 +50,15 @@ PackageKitUpdates::PackageKitUpdates(const QDBusConnection& systemBus, QString p
 
 void PackageKitUpdates::look(Download download, std::function<void(const UpdateStatus&)> done) {
     waiting_.push_back(std::move(done));
-    if (waiting_.size() == 1) {
-        download_ = download;
+    if (waiting_.size() > 1) {
+        return;
+    }
+    download_ = download;
+    if (bus_.isConnected()) {
         askWhetherMetered();
+    } else { // nothing would ever be heard of a call
+        QMetaObject::invokeMethod(
+            this, [this] { tell(UpdateStatus::Kind::NoService); }, Qt::QueuedConnection);
     }
 }
 

@@ -98,6 +98,7 @@ class Desktop:
                                "interface='org.freedesktop.Notifications'"])
         self.start_x()
         self.start_notification_server()
+        self.set(SplashWindowShown=True)  # not the user's first start
         return self
 
     def stop(self):
