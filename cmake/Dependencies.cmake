@@ -9,14 +9,20 @@ function(quorvane_require found what package)
   endif()
 endfunction()
 
-find_package(Qt6 6.4 QUIET COMPONENTS Core DBus)
-quorvane_require(Qt6_FOUND "Qt 6.4 or newer (Core and D-Bus)" "qt6-base-dev")
+find_package(Qt6 6.4 QUIET COMPONENTS Core DBus Widgets)
+quorvane_require(Qt6_FOUND "Qt 6.4 or newer (Core, D-Bus and Widgets)" "qt6-base-dev")
+
+find_package(Qt6UiTools 6.4 QUIET)
+quorvane_require(Qt6UiTools_FOUND "Qt's loader of window layouts" "qt6-tools-dev libqt6opengl6-dev")
 
 find_package(PkgConfig QUIET)
 quorvane_require(PKG_CONFIG_FOUND "pkg-config" "pkg-config")
 
 pkg_check_modules(UDEV QUIET IMPORTED_TARGET libudev)
 quorvane_require(UDEV_FOUND "libudev" "libudev-dev")
+
+pkg_check_modules(XCB QUIET IMPORTED_TARGET xcb)
+quorvane_require(XCB_FOUND "libxcb (for what the windows ask of the window manager)" "libxcb1-dev")
 
 pkg_check_modules(SYSTEMD QUIET IMPORTED_TARGET libsystemd)
 quorvane_require(SYSTEMD_FOUND "libsystemd (for the journal)" "libsystemd-dev")

@@ -12,8 +12,20 @@
     <translation>Eine andere Version von Quorvane läuft bereits. Bitte beenden Sie diese und versuchen Sie es dann noch einmal.</translation>
   </message>
   <message>
+    <source>Ask</source>
+    <translation>Fragen</translation>
+  </message>
+  <message>
+    <source>Automatic</source>
+    <translation>Automatisch</translation>
+  </message>
+  <message>
     <source>BKTV is trying to start its web service.</source>
     <translation>BKTV möchte seinen Webdienst starten.</translation>
+  </message>
+  <message>
+    <source>Cancel</source>
+    <translation>Abbrechen</translation>
   </message>
   <message>
     <source>Change them in the file %@. Every change is applied at once, and "quorvane --help" tells what can be set.</source>
@@ -32,6 +44,34 @@
     <translation>Schließen</translation>
   </message>
   <message>
+    <source>Closes this window without leaving an address.</source>
+    <translation>Schließt dieses Fenster, ohne eine Adresse zu hinterlassen.</translation>
+  </message>
+  <message>
+    <source>Closes this window. Quorvane goes on in the panel.</source>
+    <translation>Schließt dieses Fenster. Quorvane arbeitet in der Leiste weiter.</translation>
+  </message>
+  <message>
+    <source>Dims the screen</source>
+    <translation>Dunkelt den Bildschirm ab</translation>
+  </message>
+  <message>
+    <source>E-mail address</source>
+    <translation>E-Mail-Adresse</translation>
+  </message>
+  <message>
+    <source>Get Started</source>
+    <translation>Los geht’s</translation>
+  </message>
+  <message>
+    <source>Hear of new versions</source>
+    <translation>Von neuen Versionen erfahren</translation>
+  </message>
+  <message>
+    <source>Hides applications you are not using</source>
+    <translation>Blendet unbenutzte Programme aus</translation>
+  </message>
+  <message>
     <source>Install it with your system's software updates.</source>
     <translation>Installieren Sie es mit der Softwareaktualisierung Ihres Systems.</translation>
   </message>
@@ -42,6 +82,14 @@
   <message>
     <source>LOW POWER MODE STARTS AT %d%%</source>
     <translation>STROMSPARMODUS STARTET BEI %d%%</translation>
+  </message>
+  <message>
+    <source>Leave your e-mail address if we may write to you about Quorvane.</source>
+    <translation>Hinterlassen Sie Ihre E-Mail-Adresse, wenn wir Ihnen zu Quorvane schreiben dürfen.</translation>
+  </message>
+  <message>
+    <source>Leaves the address.</source>
+    <translation>Hinterlässt die Adresse.</translation>
   </message>
   <message>
     <source>Less Than %d%% Battery Remaining</source>
@@ -56,12 +104,28 @@
     <translation>Der Stromsparmodus ist an</translation>
   </message>
   <message>
+    <source>Low Power Mode makes this laptop’s battery last longer.</source>
+    <translation>Im Stromsparmodus hält der Akku dieses Laptops länger.</translation>
+  </message>
+  <message>
+    <source>Low Power Mode starts by itself when the battery runs low.</source>
+    <translation>Der Stromsparmodus startet von selbst, wenn der Akku zur Neige geht.</translation>
+  </message>
+  <message>
+    <source>Low Power Mode starts only when you switch it on.</source>
+    <translation>Der Stromsparmodus startet nur, wenn Sie ihn einschalten.</translation>
+  </message>
+  <message>
     <source>Low power mode is now stopped.</source>
     <translation>Der Stromsparmodus ist jetzt beendet.</translation>
   </message>
   <message>
     <source>MANUAL START MODE</source>
     <translation>MANUELLER START</translation>
+  </message>
+  <message>
+    <source>Manual</source>
+    <translation>Manuell</translation>
   </message>
   <message>
     <source>Not Now</source>
@@ -74,6 +138,18 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Quorvane-Einstellungen öffnen …</translation>
+  </message>
+  <message>
+    <source>Pauses browsers in the background</source>
+    <translation>Hält Browser im Hintergrund an</translation>
+  </message>
+  <message>
+    <source>Pauses the file indexer</source>
+    <translation>Hält den Dateiindex an</translation>
+  </message>
+  <message>
+    <source>Puts everything back afterwards</source>
+    <translation>Stellt danach alles wieder her</translation>
   </message>
   <message>
     <source>Quit</source>
@@ -92,8 +168,16 @@
     <translation>Quorvane %@ ist verfügbar</translation>
   </message>
   <message>
+    <source>Quorvane News</source>
+    <translation>Neues von Quorvane</translation>
+  </message>
+  <message>
     <source>Quorvane already running</source>
     <translation>Quorvane läuft bereits</translation>
+  </message>
+  <message>
+    <source>Quorvane asks you first when the battery runs low.</source>
+    <translation>Quorvane fragt Sie, wenn der Akku zur Neige geht.</translation>
   </message>
   <message>
     <source>Quorvane is up to date</source>
@@ -104,12 +188,24 @@
     <translation>Einstellungen von Quorvane</translation>
   </message>
   <message>
+    <source>Quorvane’s picture</source>
+    <translation>Das Bild von Quorvane</translation>
+  </message>
+  <message>
+    <source>Reports energy-hungry applications</source>
+    <translation>Meldet Programme, die viel Strom brauchen</translation>
+  </message>
+  <message>
     <source>Send Feedback</source>
     <translation>Feedback senden</translation>
   </message>
   <message>
     <source>Settings</source>
     <translation>Einstellungen</translation>
+  </message>
+  <message>
+    <source>SplashWindowController</source>
+    <translation>SplashWindowController</translation>
   </message>
   <message>
     <source>Start</source>
@@ -128,12 +224,48 @@
     <translation>Der Stromsparmodus wird beendet</translation>
   </message>
   <message>
+    <source>Submit</source>
+    <translation>Absenden</translation>
+  </message>
+  <message>
+    <source>Switches off radios</source>
+    <translation>Schaltet Funk ab</translation>
+  </message>
+  <message>
     <source>This copy of Quorvane is not updated by your system</source>
     <translation>Diese Kopie von Quorvane wird nicht vom System aktualisiert</translation>
   </message>
   <message>
+    <source>Turns the processor’s turbo off</source>
+    <translation>Schaltet den Turbo des Prozessors ab</translation>
+  </message>
+  <message>
     <source>Updates come with your system</source>
     <translation>Updates kommen mit Ihrem System</translation>
+  </message>
+  <message>
+    <source>Welcome to Quorvane</source>
+    <translation>Willkommen bei Quorvane</translation>
+  </message>
+  <message>
+    <source>What Low Power Mode does, and the three ways in which it can start.</source>
+    <translation>Was der Stromsparmodus tut, und die drei Arten, wie er starten kann.</translation>
+  </message>
+  <message>
+    <source>Where we may write to you about Quorvane.</source>
+    <translation>Wohin wir Ihnen zu Quorvane schreiben dürfen.</translation>
+  </message>
+  <message>
+    <source>While Low Power Mode is on, Quorvane …</source>
+    <translation>Im Stromsparmodus …</translation>
+  </message>
+  <message>
+    <source>You choose how it starts</source>
+    <translation>Sie wählen, wie er startet</translation>
+  </message>
+  <message>
+    <source>You find Quorvane in the panel. Its menu starts and stops Low Power Mode.</source>
+    <translation>Sie finden Quorvane in der Leiste. Sein Menü startet und beendet den Stromsparmodus.</translation>
   </message>
   <message>
     <source>Your Processor is Draining Battery</source>
@@ -150,6 +282,10 @@
   <message>
     <source>Your distribution delivers updates of Quorvane.</source>
     <translation>Ihre Distribution liefert die Updates von Quorvane.</translation>
+  </message>
+  <message>
+    <source>name@example.org</source>
+    <translation>name@example.org</translation>
   </message>
   <message numerus="yes">
     <source>You saved %d minutes of battery!</source>

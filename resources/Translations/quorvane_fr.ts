@@ -12,8 +12,20 @@
     <translation>Une autre version de Quorvane est déjà en cours d’exécution. Veuillez la quitter, puis réessayer.</translation>
   </message>
   <message>
+    <source>Ask</source>
+    <translation>Demander</translation>
+  </message>
+  <message>
+    <source>Automatic</source>
+    <translation>Automatique</translation>
+  </message>
+  <message>
     <source>BKTV is trying to start its web service.</source>
     <translation>BKTV essaie de démarrer son service web.</translation>
+  </message>
+  <message>
+    <source>Cancel</source>
+    <translation>Annuler</translation>
   </message>
   <message>
     <source>Change them in the file %@. Every change is applied at once, and "quorvane --help" tells what can be set.</source>
@@ -32,6 +44,34 @@
     <translation>Fermer</translation>
   </message>
   <message>
+    <source>Closes this window without leaving an address.</source>
+    <translation>Ferme cette fenêtre sans laisser d’adresse.</translation>
+  </message>
+  <message>
+    <source>Closes this window. Quorvane goes on in the panel.</source>
+    <translation>Ferme cette fenêtre. Quorvane continue dans le tableau de bord.</translation>
+  </message>
+  <message>
+    <source>Dims the screen</source>
+    <translation>Assombrit l’écran</translation>
+  </message>
+  <message>
+    <source>E-mail address</source>
+    <translation>Adresse e-mail</translation>
+  </message>
+  <message>
+    <source>Get Started</source>
+    <translation>Commencer</translation>
+  </message>
+  <message>
+    <source>Hear of new versions</source>
+    <translation>Être informé des nouvelles versions</translation>
+  </message>
+  <message>
+    <source>Hides applications you are not using</source>
+    <translation>Masque les applications inutilisées</translation>
+  </message>
+  <message>
     <source>Install it with your system's software updates.</source>
     <translation>Installez-le avec les mises à jour logicielles de votre système.</translation>
   </message>
@@ -42,6 +82,14 @@
   <message>
     <source>LOW POWER MODE STARTS AT %d%%</source>
     <translation>LE MODE ÉCONOMIE DÉMARRE À %d%%</translation>
+  </message>
+  <message>
+    <source>Leave your e-mail address if we may write to you about Quorvane.</source>
+    <translation>Laissez votre adresse e-mail si nous pouvons vous écrire au sujet de Quorvane.</translation>
+  </message>
+  <message>
+    <source>Leaves the address.</source>
+    <translation>Laisse l’adresse.</translation>
   </message>
   <message>
     <source>Less Than %d%% Battery Remaining</source>
@@ -56,12 +104,28 @@
     <translation>Le mode économie d’énergie est activé</translation>
   </message>
   <message>
+    <source>Low Power Mode makes this laptop’s battery last longer.</source>
+    <translation>Le mode économie d’énergie prolonge l’autonomie de cet ordinateur.</translation>
+  </message>
+  <message>
+    <source>Low Power Mode starts by itself when the battery runs low.</source>
+    <translation>Le mode économie démarre tout seul quand la batterie faiblit.</translation>
+  </message>
+  <message>
+    <source>Low Power Mode starts only when you switch it on.</source>
+    <translation>Le mode économie ne démarre que si vous l’activez.</translation>
+  </message>
+  <message>
     <source>Low power mode is now stopped.</source>
     <translation>Le mode économie d’énergie est maintenant arrêté.</translation>
   </message>
   <message>
     <source>MANUAL START MODE</source>
     <translation>DÉMARRAGE MANUEL</translation>
+  </message>
+  <message>
+    <source>Manual</source>
+    <translation>Manuel</translation>
   </message>
   <message>
     <source>Not Now</source>
@@ -74,6 +138,18 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Ouvrir les préférences de Quorvane…</translation>
+  </message>
+  <message>
+    <source>Pauses browsers in the background</source>
+    <translation>Suspend les navigateurs en arrière-plan</translation>
+  </message>
+  <message>
+    <source>Pauses the file indexer</source>
+    <translation>Suspend l’indexation des fichiers</translation>
+  </message>
+  <message>
+    <source>Puts everything back afterwards</source>
+    <translation>Remet tout en place ensuite</translation>
   </message>
   <message>
     <source>Quit</source>
@@ -92,8 +168,16 @@
     <translation>Quorvane %@ est disponible</translation>
   </message>
   <message>
+    <source>Quorvane News</source>
+    <translation>Nouvelles de Quorvane</translation>
+  </message>
+  <message>
     <source>Quorvane already running</source>
     <translation>Quorvane est déjà en cours d’exécution</translation>
+  </message>
+  <message>
+    <source>Quorvane asks you first when the battery runs low.</source>
+    <translation>Quorvane vous demande d’abord quand la batterie faiblit.</translation>
   </message>
   <message>
     <source>Quorvane is up to date</source>
@@ -104,12 +188,24 @@
     <translation>Réglages de Quorvane</translation>
   </message>
   <message>
+    <source>Quorvane’s picture</source>
+    <translation>L’image de Quorvane</translation>
+  </message>
+  <message>
+    <source>Reports energy-hungry applications</source>
+    <translation>Signale les applications gourmandes</translation>
+  </message>
+  <message>
     <source>Send Feedback</source>
     <translation>Envoyer un commentaire</translation>
   </message>
   <message>
     <source>Settings</source>
     <translation>Réglages</translation>
+  </message>
+  <message>
+    <source>SplashWindowController</source>
+    <translation>SplashWindowController</translation>
   </message>
   <message>
     <source>Start</source>
@@ -128,12 +224,48 @@
     <translation>Arrêt du mode économie d’énergie</translation>
   </message>
   <message>
+    <source>Submit</source>
+    <translation>Envoyer</translation>
+  </message>
+  <message>
+    <source>Switches off radios</source>
+    <translation>Coupe les radios</translation>
+  </message>
+  <message>
     <source>This copy of Quorvane is not updated by your system</source>
     <translation>Cette copie de Quorvane n’est pas mise à jour par votre système</translation>
   </message>
   <message>
+    <source>Turns the processor’s turbo off</source>
+    <translation>Désactive le turbo du processeur</translation>
+  </message>
+  <message>
     <source>Updates come with your system</source>
     <translation>Les mises à jour viennent avec votre système</translation>
+  </message>
+  <message>
+    <source>Welcome to Quorvane</source>
+    <translation>Bienvenue dans Quorvane</translation>
+  </message>
+  <message>
+    <source>What Low Power Mode does, and the three ways in which it can start.</source>
+    <translation>Ce que fait le mode économie d’énergie, et ses trois façons de démarrer.</translation>
+  </message>
+  <message>
+    <source>Where we may write to you about Quorvane.</source>
+    <translation>Où nous pouvons vous écrire au sujet de Quorvane.</translation>
+  </message>
+  <message>
+    <source>While Low Power Mode is on, Quorvane …</source>
+    <translation>En mode économie d’énergie, Quorvane …</translation>
+  </message>
+  <message>
+    <source>You choose how it starts</source>
+    <translation>Vous choisissez comment il démarre</translation>
+  </message>
+  <message>
+    <source>You find Quorvane in the panel. Its menu starts and stops Low Power Mode.</source>
+    <translation>Quorvane se trouve dans le tableau de bord. Son menu démarre et arrête le mode économie.</translation>
   </message>
   <message>
     <source>Your Processor is Draining Battery</source>
@@ -150,6 +282,10 @@
   <message>
     <source>Your distribution delivers updates of Quorvane.</source>
     <translation>Votre distribution fournit les mises à jour de Quorvane.</translation>
+  </message>
+  <message>
+    <source>name@example.org</source>
+    <translation>nom@example.org</translation>
   </message>
   <message numerus="yes">
     <source>You saved %d minutes of battery!</source>

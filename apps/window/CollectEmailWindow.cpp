@@ -1,0 +1,7 @@
+#include "apps/window/CollectEmailWindow.h"
+
+namespace quorvane {
+
+CollectEmailWindow::CollectEmailWindow(QWidget* parent) : QWidget(parent, Qt::Window) {}
+
+} // namespace quorvane

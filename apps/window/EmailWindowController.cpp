@@ -1,0 +1,9 @@
+#include "apps/window/EmailWindowController.h"
+
+namespace quorvane {
+
+void EmailWindowController::windowDidLoad() {
+    LayoutWindowController::windowDidLoad();
+}
+
+} // namespace quorvane

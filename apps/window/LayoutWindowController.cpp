@@ -1,0 +1,26 @@
+#include "apps/window/LayoutWindowController.h"
+
+#include "apps/window/LayoutLoader.h"
+
+#include <utility>
+
+namespace quorvane {
+
+LayoutWindowController::LayoutWindowController(QString layoutFile, QObject* parent)
+    : QObject(parent), layoutFile_(std::move(layoutFile)) {}
+
+QWidget* LayoutWindowController::window() {
+    if (!std::exchange(isLoaded_, true)) {
+        LayoutLoader::Result result = LayoutLoader::load(layoutFile_);
+        window_ = std::move(result.window);
+        error_ = result.error;
+        if (window_) {
+            windowDidLoad();
+        }
+    }
+    return window_.get();
+}
+
+void LayoutWindowController::windowDidLoad() {}
+
+} // namespace quorvane

@@ -1,0 +1,7 @@
+#include "apps/window/SplashWindowController.h"
+
+namespace quorvane {
+
+SplashWindowController::SplashWindowController(QObject* parent) : QObject(parent) {}
+
+} // namespace quorvane
