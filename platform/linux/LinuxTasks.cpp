@@ -1,8 +1,8 @@
 #include "platform/linux/LinuxTasks.h"
 
-#include <QProcess>
+#include "platform/linux/ChildSignals.h"
 
-#include <csignal>
+#include <QProcess>
 
 namespace quorvane {
 
@@ -18,13 +18,7 @@ class ProcessTask final : public Task {
         process_.setArguments(arguments);
         process_.setStandardInputFile(QProcess::nullDevice());
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        // This program holds the signals that end it; a child that inherited that could not be
-        // ended.
-        process_.setChildProcessModifier([] {
-            sigset_t none{};
-            sigemptyset(&none);
-            sigprocmask(SIG_SETMASK, &none, nullptr);
-        });
+        process_.setChildProcessModifier(releaseSignals);
     }
 
     // QProcess would wait half a minute for a child that does not end.

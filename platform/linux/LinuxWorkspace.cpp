@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxWorkspace.h"
 
 #include "platform/Log.h"
+#include "platform/linux/ChildSignals.h"
 #include "platform/linux/RunningCopies.h"
 
 #include <QProcess>
@@ -23,11 +24,22 @@ int LinuxWorkspace::runningApplicationsWithBundleIdentifier(const QString& bundl
 
 void LinuxWorkspace::openURL(const QUrl& url) {
     const QString address = url.toString(QUrl::FullyEncoded);
-    if (!url.isValid() || url.isRelative() ||
-        !QProcess::startDetached(QStringLiteral("xdg-open"), {address})) {
-        log_.write(QStringLiteral("The page \"%1\" cannot be opened here; is xdg-utils installed?")
-                       .arg(address));
+    if (!url.isValid() || url.isRelative()) {
+        complain(address, QStringLiteral("it is no address"));
+        return;
     }
+    auto* const process = new QProcess(&processes_);
+    process->setChildProcessModifier(releaseSignals);
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    QObject::connect(process, &QProcess::errorOccurred, process,
+                     [this, process, address] { complain(address, process->errorString()); });
+    // In a session of its own: what it starts, a browser at times, must not end with this program.
+    process->start(QStringLiteral("setsid"),
+                   {QStringLiteral("--fork"), QStringLiteral("xdg-open"), address});
+}
+
+void LinuxWorkspace::complain(const QString& address, const QString& reason) {
+    log_.write(QStringLiteral("The page \"%1\" cannot be opened: %2").arg(address, reason));
 }
 
 } // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include "platform/Workspace.h"
 
+#include <QObject>
+
 namespace quorvane {
 
 class LogSink;
@@ -25,9 +27,12 @@ class LinuxWorkspace final : public Workspace {
     void openURL(const QUrl& url) override;
 
   private:
+    void complain(const QString& address, const QString& reason);
+
     const RunningCopies* copies_;
     QString ownIdentifier_;
     LogSink& log_;
+    QObject processes_; ///< parent of what is being started
 };
 
 } // namespace quorvane

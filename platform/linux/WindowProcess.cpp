@@ -1,5 +1,7 @@
 #include "platform/linux/WindowProcess.h"
 
+#include "platform/linux/ChildSignals.h"
+
 #include <csignal>
 #include <sys/prctl.h>
 #include <utility>
@@ -17,7 +19,10 @@ WindowProcess::WindowProcess(QString program, QObject* parent)
     connect(&process_, &QProcess::finished, this, &WindowProcess::finished);
     connect(&process_, &QProcess::errorOccurred, this, &WindowProcess::failed);
     // A window of a program that has crashed would ask for something that nobody does any more.
-    process_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    process_.setChildProcessModifier([] {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        releaseSignals();
+    });
 }
 
 WindowProcess::~WindowProcess() {
