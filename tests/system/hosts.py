@@ -6,45 +6,14 @@ import signal
 import subprocess
 import time
 
+import host_settings
 from desktop import PATIENCE, wait_until
 
 XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
 INDICATORS = "/usr/libexec/ayatana-indicator-application/ayatana-indicator-application-service"
 WATCHER = "org.kde.StatusNotifierWatcher"
-
-# A bar along the upper edge that holds nothing but the items, at its right end. A clock would
-# change by itself.
-PANEL = """<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="icon-size" type="uint" value="22"/>
-      <property name="size" type="uint" value="30"/>
-      <property name="plugin-ids" type="array">
-        <value type="int" value="1"/>
-        <value type="int" value="2"/>
-      </property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="separator">
-      <property name="expand" type="bool" value="true"/>
-      <property name="style" type="uint" value="0"/>
-    </property>
-    <property name="plugin-2" type="string" value="{plugin}">
-      <property name="square-icons" type="bool" value="false"/>
-      <property name="known-indicators" type="array">
-        <value type="string" value="libayatana-application.so"/>
-      </property>
-    </property>
-  </property>
-</channel>
-"""
+SEPARATOR = 0.15  # its height in lines of a menu
+NOBODY = 65534
 
 
 class Place:
@@ -67,9 +36,11 @@ class Place:
 class Host:
     """What all bars have in common. The screen belongs to the desktop's X server."""
 
-    BAR = 30         # the bar's height
-    needs = ()       # programs that have to be installed
-    processes = ()   # names of the desktop's processes, in the order of their start
+    SCREEN = "1280x800+0+0"
+    BAR = "1280x30+0+0"     # along the upper edge
+    BELOW = "1280x770+0+30"
+    needs = ()      # programs that have to be installed
+    processes = ()  # names of the desktop's processes, in the order of their start
 
     def __init__(self, desktop):
         self.desktop = desktop
@@ -158,36 +129,30 @@ class Host:
             timeout=PATIENCE).stdout
         width, height, x, y, most = (float(n) for n in
                                      re.match(r"(\d+)x(\d+)\+(\d+)\+(\d+) (\S+)", box).groups())
-        top = int(region.rsplit("+", 1)[1])
-        return Place(int(x), int(y) + top, int(width), int(height)) if most else None
+        left, top = map(int, region.split("+")[1:])
+        return Place(int(x) + left, int(y) + top, int(width), int(height)) if most else None
 
     def still_picture(self, name):
         """A picture of the screen when nothing has changed for a moment."""
-        before = self.picture(name + "-before")
+        pictures = [self.picture(name + "-0")]
 
         def is_still():
-            nonlocal before
             time.sleep(0.3)
-            now = self.picture(name)
-            os.replace(now, self.desktop.path(name + "-now.png"))
-            now = self.desktop.path(name + "-now.png")
-            same = self.difference(before, now, "1280x800+0+0") is None
-            os.replace(now, before)
-            return same
+            pictures.append(self.picture(f"{name}-{len(pictures) % 2}"))
+            return self.difference(pictures[-2], pictures[-1], self.SCREEN) is None
         wait_until(is_still, "a screen that stays as it is")
-        return before
-
-    @property
-    def bar(self):
-        return f"1280x{self.BAR}+0+0"
+        return pictures[-1]
 
     def icon_place(self):
         """Where the item is, with its text; None where it does not show."""
         assert self.empty, "the bar was never seen without the item"
-        return self.difference(self.empty, self.still_picture("bar"), self.bar)
+        return self.difference(self.empty, self.still_picture("bar"), self.BAR)
+
+    def wait_for_no_icon(self):
+        wait_until(lambda: self.icon_place() is None, "the bar without the item")
 
     def wait_for_icon(self):
-        wait_until(lambda: self.difference(self.empty, self.picture("waiting"), self.bar),
+        wait_until(lambda: self.difference(self.empty, self.picture("waiting"), self.BAR),
                    "the item in the bar")
         return self.icon_place()
 
@@ -201,26 +166,39 @@ class Host:
         """Clicks the item and waits for its menu. Returns where the menu is."""
         place = self.wait_for_icon()
         before = self.still_picture("closed")
-        below = f"1280x{800 - self.BAR}+0+{self.BAR}"
         self.xdotool("mousemove", *place.middle, "sleep", 0.2, "click", 1)
-        wait_until(lambda: self.difference(before, self.picture("opening"), below), "a menu")
-        return self.difference(before, self.still_picture("open"), below)
+        wait_until(lambda: self.difference(before, self.picture("opening"), self.BELOW), "a menu")
+        return self.difference(before, self.still_picture("open"), self.BELOW)
+
+    def choose(self, menu, title):
+        """Clicks a line of the open menu."""
+        rows = self.rows()
+        heights = [SEPARATOR if row is None else 1 for row in rows]
+        index = rows.index(title)
+        middle = (sum(heights[:index]) + 0.5) / sum(heights)
+        self.xdotool("mousemove", menu.middle[0], menu.y + round(menu.height * middle),
+                     "sleep", 0.3, "click", 1)
+
+    def rows(self):
+        """The titles of the menu's lines; None for a separator."""
+        name = self.items()[0].partition("/")[0]
+        layout = self.desktop.call("session", name, "/MenuBar",
+                                   "com.canonical.dbusmenu.GetLayout", "0", "1", "[]")
+        rows = []
+        for properties in re.findall(r"<\(\d+, \{(.*?)\}, ", layout):
+            label = re.search(r"'label': <(['\"])(.*?)\1>", properties)
+            rows.append(label and label.group(2).replace("__", "_"))
+        return rows
 
     def press(self, *keys):
         for key in keys:
-            self.xdotool("key", key, "sleep", 0.1)
-
-    def click_in_menu(self, menu, fraction):
-        """Clicks at a height of the open menu: 0 is its upper edge, 1 the lower."""
-        x, _ = menu.middle
-        self.xdotool("mousemove", x, menu.y + int(menu.height * fraction), "sleep", 0.3,
-                     "click", 1)
+            self.xdotool("key", key, "sleep", 0.2)
 
 
 class Panel(Host):
-    """xfce4-panel with one plugin that shows items."""
+    """xfce4-panel with plugins that show items."""
 
-    plugin = None
+    plugins = ()
 
     def prepare(self):
         desktop = self.desktop
@@ -229,7 +207,7 @@ class Panel(Host):
         folder = desktop.path("home/.config/xfce4/xfconf/xfce-perchannel-xml")
         os.makedirs(folder)
         with open(os.path.join(folder, "xfce4-panel.xml"), "w", encoding="utf-8") as file:
-            file.write(PANEL.format(plugin=self.plugin))
+            file.write(host_settings.panel(self.plugins))
         desktop.spawn("xfconfd", [XFCONFD])
         wait_until(lambda: desktop.has_owner("session", "org.xfce.Xfconf"), "xfconfd")
         desktop.spawn("openbox", ["openbox", "--sm-disable"])
@@ -242,7 +220,7 @@ class XfcePanel(Panel):
     """Shows the icon, without the text."""
 
     needs = ("/usr/bin/xfce4-panel", "/usr/bin/openbox", "/usr/bin/xdotool", XFCONFD)
-    plugin = "systray"
+    plugins = ("separator", "systray")
     processes = ("panel",)
 
     def launch(self):
@@ -254,7 +232,7 @@ class AyatanaIndicator(Panel):
 
     needs = XfcePanel.needs + (
         INDICATORS, "/usr/lib/x86_64-linux-gnu/xfce4/panel/plugins/libindicator-plugin.so")
-    plugin = "indicator"
+    plugins = ("separator", "indicator")
     processes = ("indicators", "panel")
 
     def launch(self):
@@ -262,18 +240,16 @@ class AyatanaIndicator(Panel):
         self.launch_panel()
 
 
-SWAY = """output X11-1 resolution 1280x800 bg #203040 solid_color
-default_border none
-xwayland disable
-"""
+class TwoBars(AyatanaIndicator):
+    """Two hosts in one session: xfce4-panel's own at the left, the indicators at the right."""
 
-WAYBAR = """{ "layer": "top", "position": "top", "height": 30, "modules-right": ["tray"],
-  "tray": { "icon-size": 21, "spacing": 8 } }
-"""
+    plugins = ("systray", "separator", "indicator")
 
-WAYBAR_STYLE = "* { font-family: DejaVu Sans; font-size: 13px; border-radius: 0 }\n"
-
-NOBODY = 65534
+    def icon_places(self):
+        now = self.still_picture("bar")
+        halves = ("640x30+0+0", "640x30+640+0")
+        return [place for place in (self.difference(self.empty, now, half) for half in halves)
+                if place]
 
 
 class Waybar(Host):
@@ -288,7 +264,8 @@ class Waybar(Host):
             return
         self.folder = self.desktop.path("wayland")
         os.mkdir(self.folder, mode=0o700)
-        for name, text in (("sway", SWAY), ("waybar", WAYBAR), ("style.css", WAYBAR_STYLE)):
+        for name, text in (("sway", host_settings.SWAY), ("waybar", host_settings.WAYBAR),
+                           ("style.css", host_settings.WAYBAR_STYLE)):
             with open(os.path.join(self.folder, name), "w", encoding="utf-8") as file:
                 file.write(text)
         self.user = []
