@@ -12,6 +12,12 @@ namespace {
 constexpr QLatin1String propertiesInterface("org.freedesktop.DBus.Properties");
 constexpr QLatin1String introspectionInterface("org.freedesktop.DBus.Introspectable");
 
+// Hosts do ask for the properties of these as well.
+bool hasNoProperties(const QString& interface) {
+    return interface == propertiesInterface || interface == introspectionInterface ||
+           interface == QLatin1String("org.freedesktop.DBus.Peer");
+}
+
 QDBusMessage unknownMethod(const QDBusMessage& call) {
     return call.createErrorReply(
         QDBusError::UnknownMethod,
@@ -88,6 +94,9 @@ QDBusMessage ExportedObject::accessProperties(const QDBusMessage& call) const {
         return wrongArguments(call, signature);
     }
     const QString interface = call.arguments().at(0).toString();
+    if (call.member() == QLatin1String("GetAll") && hasNoProperties(interface)) {
+        return call.createReply(QVariantMap());
+    }
     if (!interface.isEmpty() && interface != interface_) {
         return call.createErrorReply(
             QDBusError::UnknownInterface,
