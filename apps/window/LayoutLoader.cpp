@@ -88,6 +88,7 @@ void fit(QWidget& window) {
     if (layout == nullptr) {
         return;
     }
+    window.ensurePolished(); // the style sheet has a say in the sizes
     const QSize hint = layout->totalSizeHint();
     const int width = qMax(window.minimumWidth(), hint.width());
     const int height =
