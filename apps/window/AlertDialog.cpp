@@ -49,6 +49,8 @@ int widthOf(const QList<QPushButton*>& buttons) {
 AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     : QDialog(parent), safeButton_(alert.safeButton) {
     setWindowTitle(QStringLiteral("Quorvane"));
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                   Qt::WindowCloseButtonHint);
     setModal(true);
     setAccessibleName(alert.messageText);
     setAccessibleDescription(alert.informativeText);
@@ -59,6 +61,7 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     addTexts(*layout, alert);
     addButtons(*layout, alert.buttons);
 
+    ensurePolished();
     const QSize room = screen()->availableSize() * 0.9;
     const int width = qMin(layout->totalSizeHint().width(), room.width());
     const int height = layout->hasHeightForWidth() ? layout->totalHeightForWidth(width)
@@ -79,7 +82,7 @@ void AlertDialog::addTexts(QBoxLayout& layout, const Alert& alert) {
     auto* area = new ContentArea;
     area->setWidget(content);
     area->setWidgetResizable(true);
-    area->setFocusPolicy(Qt::NoFocus);
+    area->setAccessibleName(alert.messageText);
 
     auto* icon = new ProductIcon;
     icon->setFixedSize(iconSide, iconSide);

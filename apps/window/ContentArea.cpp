@@ -31,8 +31,19 @@ QSize ContentArea::sizeHint() const {
 }
 
 QSize ContentArea::minimumSizeHint() const {
-    const int width = widget() != nullptr ? widget()->minimumSizeHint().width() : 0;
-    return {width, leastHeight};
+    if (widget() == nullptr) {
+        return {0, leastHeight};
+    }
+    return {widget()->minimumSizeHint().width(), qMin(leastHeight, widget()->sizeHint().height())};
+}
+
+void ContentArea::resizeEvent(QResizeEvent* event) {
+    // Left to itself, a scroll bar that was once needed stays: it makes the content narrower, whose
+    // texts then wrap into more lines than there is room for.
+    const bool fits = hasHeightForWidth() && heightForWidth(width()) <= height();
+    setVerticalScrollBarPolicy(fits ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    setFocusPolicy(fits ? Qt::NoFocus : Qt::StrongFocus); // the keyboard scrolls
+    QScrollArea::resizeEvent(event);
 }
 
 void ContentArea::showEvent(QShowEvent* event) {

@@ -17,6 +17,7 @@ class ContentArea : public QScrollArea {
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
+    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 };
 

@@ -1,6 +1,7 @@
 #include "apps/window/DisplayGuard.h"
 
-#include <QString>
+#include <QDir>
+#include <QLibraryInfo>
 #include <QtGlobal>
 
 #include <cstdio>
@@ -10,34 +11,33 @@ namespace quorvane {
 
 namespace {
 
-/// What would have been tried, by the names that the user knows.
-QByteArray triedDisplays() {
+bool hasWaylandPlugin() {
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) +
+                       QStringLiteral("/platforms"));
+    return !plugins.entryList({QStringLiteral("libqwayland*")}).isEmpty();
+}
+
+/// What was tried, by the names that the user knows.
+QByteArray reason() {
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     const QByteArray x = qgetenv("DISPLAY");
     const QByteArray wayland = qgetenv("WAYLAND_DISPLAY");
     if (x.isEmpty() && wayland.isEmpty()) {
         return "neither DISPLAY nor WAYLAND_DISPLAY is set";
     }
-    QByteArray tried;
-    if (!x.isEmpty()) {
-        tried += "DISPLAY=" + x;
+    if (x.isEmpty() && !hasWaylandPlugin()) {
+        return "WAYLAND_DISPLAY alone needs the package qt6-wayland";
     }
-    if (!wayland.isEmpty()) {
-        tried += (tried.isEmpty() ? "" : ", ") + QByteArrayLiteral("WAYLAND_DISPLAY=") + wayland;
-    }
-    return "nothing answers at " + tried;
+    return "nothing answers at DISPLAY=\"" + x + "\", WAYLAND_DISPLAY=\"" + wayland +
+           "\", QT_QPA_PLATFORM=\"" + platform + '"';
 }
 
-void handle(QtMsgType type, const QMessageLogContext&, const QString& text) {
+/// Which plugins Qt tries in vain is of no use to a user; only that all of them failed is told.
+void handle(QtMsgType type, const QMessageLogContext&, const QString&) {
     if (type == QtFatalMsg) {
-        std::fprintf(stderr, "quorvane-window: no display: %s.\n", triedDisplays().constData());
+        std::fprintf(stderr, "quorvane-window: no display: %s.\n", reason().constData());
         std::fflush(stderr);
         std::_Exit(DisplayGuard::noDisplay);
-    }
-    // Which plugins Qt has tried in vain says nothing to a user; the rest is passed on.
-    if (!text.startsWith(QLatin1String("could not connect to display")) &&
-        !text.startsWith(QLatin1String("Could not load the Qt platform plugin")) &&
-        !text.startsWith(QLatin1String("Failed to create wl_display"))) {
-        std::fprintf(stderr, "quorvane-window: %s\n", qPrintable(text));
     }
 }
 

@@ -13,6 +13,7 @@
 
 #include <QFile>
 #include <QLayout>
+#include <QLoggingCategory>
 #include <QScreen>
 #include <QUiLoader>
 
@@ -61,14 +62,43 @@ Base* made(const std::array<NamedMaker<Base>, count>& classes, const QString& na
 
 class Loader : public QUiLoader {
   public:
+    Loader() {
+        setTranslationEnabled(false); // by Quorvane's own look-up instead
+    }
+
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
         QWidget* widget = made(widgetClasses, className, parent);
         if (widget == nullptr) {
-            return QUiLoader::createWidget(className, parent, name);
+            widget = QUiLoader::createWidget(className, parent, name);
         }
-        widget->setObjectName(name);
+        if (widget == nullptr) {
+            unknownClass_ = className;
+        } else {
+            widget->setObjectName(name);
+        }
         return widget;
     }
+
+    [[nodiscard]] QString error() const {
+        return unknownClass_.isEmpty()
+                   ? errorString()
+                   : QStringLiteral("no widget class is called \"%1\"").arg(unknownClass_);
+    }
+
+  private:
+    QString unknownClass_;
+};
+
+/// Keeps Qt's own lines about a layout back while it lives; the same is told in one line, with the
+/// file's name.
+class SilentLoading {
+  public:
+    SilentLoading() { QLoggingCategory::defaultCategory()->setEnabled(QtWarningMsg, false); }
+
+    SilentLoading(const SilentLoading&) = delete;
+    SilentLoading& operator=(const SilentLoading&) = delete;
+
+    ~SilentLoading() { QLoggingCategory::defaultCategory()->setEnabled(QtWarningMsg, true); }
 };
 
 /// The class that is not known, or nothing.
@@ -88,6 +118,7 @@ void fit(QWidget& window) {
     if (layout == nullptr) {
         return;
     }
+    window.ensurePolished(); // the style sheet has a say in the sizes
     const QSize hint = layout->totalSizeHint();
     const int width = qMax(window.minimumWidth(), hint.width());
     const int height =
@@ -106,11 +137,13 @@ LayoutLoader::Result LayoutLoader::load(const QString& fileName) {
         return failed(file.errorString());
     }
     Loader loader;
-    loader.setTranslationEnabled(false); // by Quorvane's own look-up instead
-    std::unique_ptr<QWidget> window(loader.load(&file));
+    std::unique_ptr<QWidget> window;
+    {
+        const SilentLoading silence;
+        window.reset(loader.load(&file));
+    }
     if (!window) {
-        const QString why = loader.errorString();
-        return failed(why.isEmpty() ? QStringLiteral("the layout has no window") : why);
+        return failed(loader.error());
     }
     const QString unknown = makeLayoutObjects(*window);
     if (!unknown.isEmpty()) {

@@ -50,8 +50,10 @@ int showWindow(const WindowOptions& options) {
         X11Window(*window).setOnAllDesktops();
     }
     if (options.center) {
-        const QRect room = window->screen()->availableGeometry();
-        window->move(room.center() - window->rect().center());
+        // The content's place, not the frame's, whose width only the window manager knows.
+        QRect place = window->rect();
+        place.moveCenter(window->screen()->availableGeometry().center());
+        window->setGeometry(place);
     }
     bringToFront(*window);
     return QApplication::exec();
