@@ -12,7 +12,7 @@ QString StatusImages::iconName(const QString& imageName, bool isTemplate) {
     if (imageName.isEmpty()) {
         return {};
     }
-    const QString stencil = imageName + QLatin1String("-symbolic");
+    const QString stencil = QStringLiteral("quorvane-%1-symbolic").arg(imageName);
     if (isTemplate && contains(stencil)) {
         return stencil;
     }

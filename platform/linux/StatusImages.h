@@ -15,8 +15,9 @@ class StatusImages {
     [[nodiscard]] const QString& folder() const { return folder_; }
 
     /// What a host finds the image by, or an empty string when it is not there, which the log tells
-    /// once. A stencil is taken from NAME-symbolic where there is one, because desktops draw icons
-    /// of such names in their own colour.
+    /// once. A stencil is taken from quorvane-NAME-symbolic where there is one: desktops draw icons
+    /// whose names end so in their own colour, and some take an icon of the desktop's theme whose
+    /// name is the beginning of ours ("battery") before they look into this folder.
     [[nodiscard]] QString iconName(const QString& imageName, bool isTemplate);
 
   private:

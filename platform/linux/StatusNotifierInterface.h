@@ -6,8 +6,8 @@ namespace quorvane {
 
 inline constexpr QLatin1String statusNotifierInterface("org.kde.StatusNotifierItem");
 
-/// What introspection shows of it: the interface with the additions of the Ayatana bars. Changes are
-/// told by its own signals, never by PropertiesChanged.
+/// What introspection shows of it: the interface with the additions of the Ayatana bars. Changes
+/// are told by its own signals, never by PropertiesChanged.
 // clang-format off
 inline constexpr QLatin1String statusNotifierDescription(R"xml(
   <interface name="org.kde.StatusNotifierItem">

@@ -170,6 +170,11 @@ class Host:
         wait_until(lambda: self.difference(before, self.picture("opening"), self.BELOW), "a menu")
         return self.difference(before, self.still_picture("open"), self.BELOW)
 
+    def close_menu(self):
+        """Clicks beside it."""
+        self.xdotool("mousemove", 100, 700, "sleep", 0.2, "click", 1)
+        self.still_picture("closed")
+
     def choose(self, menu, title):
         """Clicks a line of the open menu."""
         rows = self.rows()
@@ -238,18 +243,6 @@ class AyatanaIndicator(Panel):
     def launch(self):
         self.spawn("indicators", [INDICATORS])
         self.launch_panel()
-
-
-class TwoBars(AyatanaIndicator):
-    """Two hosts in one session: xfce4-panel's own at the left, the indicators at the right."""
-
-    plugins = ("systray", "separator", "indicator")
-
-    def icon_places(self):
-        now = self.still_picture("bar")
-        halves = ("640x30+0+0", "640x30+640+0")
-        return [place for place in (self.difference(self.empty, now, half) for half in halves)
-                if place]
 
 
 class Waybar(Host):
