@@ -140,7 +140,7 @@ TEST_F(StatusItemTest, FolderOfTheImagesIsNotThere_OneLogLineForAllImages) {
 TEST_F(StatusItemTest, Stencil_IsTakenFromTheSymbolicImage) {
     item_->setTemplate(true);
     item_->setImage(QStringLiteral("battery-charged"));
-    EXPECT_EQ(property("IconName").toString(), QLatin1String("battery-charged-symbolic"));
+    EXPECT_EQ(property("IconName").toString(), QLatin1String("quorvane-battery-charged-symbolic"));
     item_->setImage(QStringLiteral("icon-infinity-on"));
     EXPECT_EQ(property("IconName").toString(), QLatin1String("icon-infinity-on"));
     EXPECT_THAT(log_.lines().filter(QLatin1String("image")), IsEmpty());

@@ -14,6 +14,14 @@ SPLASH = os.path.join(PROGRAMS, "..", "Resources", "Splash.ui")
 ALERT = {"messageText": "Move?", "informativeText": "It can be moved.",
          "buttons": ["Move", "Do Not Move"], "safeButton": 1}
 EVERY_DESKTOP = 0xFFFFFFFF
+BLUR = "_KDE_NET_WM_BLUR_BEHIND_REGION"
+LRELEASE = "/usr/lib/qt6/bin/lrelease"
+GERMAN = """<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE"><context><name>Quorvane</name><message>
+<source>Welcome to Quorvane</source><translation>Willkommen</translation>
+</message></context></TS>
+"""
 
 
 def output_of(desktop, *command):
@@ -75,14 +83,15 @@ class OnScreen(unittest.TestCase):
 
     # --- what the resident program does
 
-    def start(self, *arguments, text=None):
+    def start(self, *arguments, text=None, program=PROGRAM, **extra):
         """Starts it, with the text at its standard input."""
         source = self.desktop.path("stdin")
         with open(source, "w", encoding="utf-8") as file:
             file.write(text or "")
         with open(source, encoding="utf-8") as stdin:
-            process = subprocess.Popen([PROGRAM, *arguments], env=self.desktop.env, stdin=stdin,
-                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+            process = subprocess.Popen([program, *arguments], env=dict(self.desktop.env, **extra),
+                                       stdin=stdin, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                       text=True)
         self.addCleanup(self.end, process)
         return process
 
@@ -96,6 +105,15 @@ class OnScreen(unittest.TestCase):
         """Waits for its end: (status, standard output, standard error)."""
         out, err = process.communicate(timeout=PATIENCE)
         return process.returncode, out, err
+
+    def finish_by_key(self, process, key):
+        """Presses the key until the process ends: the window manager takes note of some only when
+        it has done with showing the window."""
+        def pressed():
+            self.tool("key", key)
+            return process.poll() is not None
+        wait_until(pressed, "the end after " + key)
+        return self.finish(process)
 
     # --- what the user does and sees
 
@@ -164,8 +182,51 @@ class OnScreen(unittest.TestCase):
     def test_window_asks_for_blur_behind_it(self):
         self.start("window", SPLASH)
         splash = self.window_called("Welcome to Quorvane")
-        self.assertNotIn("not found",
-                         self.property_of(splash, "_KDE_NET_WM_BLUR_BEHIND_REGION"))
+        self.assertNotIn("not found", self.property_of(splash, BLUR))
+
+    def offer_blur(self):
+        """As a window manager that has it tells everybody."""
+        subprocess.run(["xprop", "-root", "-f", "_NET_SUPPORTED", "32a", "-set", "_NET_SUPPORTED",
+                        BLUR], env=self.desktop.env, check=True, timeout=PATIENCE)
+
+    def test_where_blur_is_offered_the_content_takes_the_title_bars_place(self):
+        if not shutil.which("xcompmgr"):
+            self.skipTest("skipped: xcompmgr is not installed")
+        self.desktop.spawn("xcompmgr", ["xcompmgr"])
+        self.offer_blur()
+        # The compositor says nowhere when it is there; a window that comes too early has a frame.
+        def frame():
+            process = self.start("window", SPLASH)
+            extents = self.property_of(self.window_called("Welcome to Quorvane"),
+                                       "_NET_FRAME_EXTENTS")
+            self.end(process)
+            return extents
+        wait_until(lambda: frame().endswith("= 0, 0, 0, 0\n"), "a window without a frame")
+
+    def test_without_a_compositor_the_window_keeps_its_frame(self):
+        self.offer_blur()
+        self.start("window", SPLASH)
+        extents = self.property_of(self.window_called("Welcome to Quorvane"),
+                                   "_NET_FRAME_EXTENTS")
+        self.assertNotIn("= 0, 0, 0, 0", extents)
+
+    def test_translations_of_the_bundle_are_used(self):
+        if not os.path.exists(LRELEASE):
+            self.skipTest("skipped: lrelease (qt6-l10n-tools) is not installed")
+        # A bundle of its own, because the real one may have translations.
+        contents = self.desktop.path("Contents")
+        translations = os.path.join(contents, "Resources", "Translations")
+        for folder in (translations, os.path.join(contents, "Linux")):
+            os.makedirs(folder)
+        program = shutil.copy(PROGRAM, os.path.join(contents, "Linux"))
+        source = self.desktop.path("german.ts")
+        with open(source, "w", encoding="utf-8") as file:
+            file.write(GERMAN)
+        subprocess.run([LRELEASE, "-silent", source, "-qm",
+                        os.path.join(translations, "quorvane_de.qm")], check=True,
+                       timeout=PATIENCE)
+        self.start("window", SPLASH, program=program, LANG="de_DE.UTF-8", LANGUAGE="de")
+        self.window_called("Willkommen")
 
     def test_window_takes_the_keyboard_from_the_program_in_use(self):
         self.ordinary_window()
@@ -183,14 +244,12 @@ class OnScreen(unittest.TestCase):
     def test_escape_closes_the_splash(self):
         process = self.start("window", SPLASH)
         self.window_called("Welcome to Quorvane")
-        self.tool("key", "Escape")
-        self.assertEqual(self.finish(process), (0, "", ""))
+        self.assertEqual(self.finish_by_key(process, "Escape"), (0, "", ""))
 
     def test_window_manager_closes_the_splash(self):
         process = self.start("window", SPLASH)
         self.window_called("Welcome to Quorvane")
-        self.tool("key", "alt+F4")
-        self.assertEqual(self.finish(process)[0], 0)
+        self.assertEqual(self.finish_by_key(process, "alt+F4")[0], 0)
 
     def test_layout_that_cannot_be_loaded_ends_with_two(self):
         layout = self.desktop.path("Faulty.ui")
@@ -217,15 +276,13 @@ class OnScreen(unittest.TestCase):
     def test_return_presses_the_first_button_of_an_alert(self):
         process = self.start("alert", text=json.dumps(ALERT))
         self.window_called("Quorvane")
-        self.tool("key", "Return")
-        self.assertEqual(self.finish(process), (0, "0\n", ""))
+        self.assertEqual(self.finish_by_key(process, "Return"), (0, "0\n", ""))
 
     def test_escape_and_closing_an_alert_are_its_safe_button(self):
         for key in ("Escape", "alt+F4"):
             process = self.start("alert", text=json.dumps(ALERT))
             self.window_called("Quorvane")
-            self.tool("key", key)
-            self.assertEqual(self.finish(process), (0, "1\n", ""))
+            self.assertEqual(self.finish_by_key(process, key), (0, "1\n", ""))
 
     def test_alert_that_is_no_json_ends_with_two(self):
         for text in ("", "{", "[]", '{"messageText": "a", "buttons": []}'):
