@@ -7,7 +7,14 @@
 
 namespace quorvane {
 
-/// The folder with the bundle's status images. Main thread only.
+/// The folder with the bundle's status images. An image "battery-on-60" lies there once under its
+/// own name and once under the name that hosts should take it by:
+///   quorvane_battery_on_60            in its own colours
+///   quorvane_battery_on_60-symbolic   a stencil: desktops draw icons of such names in their colour
+/// Hosts that do not find an icon in the user's theme at once leave the last words of its name
+/// away, at each "-", before they look into this folder: under its own name a gauge would show as
+/// the theme's "battery". The image's own name serves where the other file is not there. Main
+/// thread only.
 class StatusImages {
   public:
     StatusImages(QString folder, LogSink& log);
@@ -15,8 +22,7 @@ class StatusImages {
     [[nodiscard]] const QString& folder() const { return folder_; }
 
     /// What a host finds the image by, or an empty string when it is not there, which the log tells
-    /// once. A stencil is taken from NAME-symbolic where there is one, because desktops draw icons
-    /// of such names in their own colour.
+    /// once.
     [[nodiscard]] QString iconName(const QString& imageName, bool isTemplate);
 
   private:
