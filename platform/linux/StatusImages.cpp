@@ -6,18 +6,27 @@
 
 namespace quorvane {
 
+namespace {
+
+QString hostName(const QString& imageName) {
+    return QLatin1String("quorvane_") +
+           QString(imageName).replace(QLatin1Char('-'), QLatin1Char('_'));
+}
+
+} // namespace
+
 StatusImages::StatusImages(QString folder, LogSink& log) : folder_(std::move(folder)), log_(log) {}
 
 QString StatusImages::iconName(const QString& imageName, bool isTemplate) {
     if (imageName.isEmpty()) {
         return {};
     }
-    const QString stencil = QStringLiteral("quorvane-%1-symbolic").arg(imageName);
-    if (isTemplate && contains(stencil)) {
-        return stencil;
-    }
-    if (contains(imageName)) {
-        return imageName;
+    const QString name = hostName(imageName);
+    const QString stencil = name + QLatin1String("-symbolic");
+    for (const QString& candidate : {isTemplate ? stencil : name, name, imageName}) {
+        if (contains(candidate)) {
+            return candidate;
+        }
     }
     reportMissing(imageName);
     return {};

@@ -187,7 +187,28 @@ TEST_F(StatusItemMenuTest, ClickOnWhatHasNoAction_DoesNothing) {
     EXPECT_THAT(clicks_, IsEmpty());
 }
 
-TEST_F(StatusItemMenuTest, ActionThatEndsTheItem_IsAnsweredBefore) {
+TEST_F(StatusItemMenuTest, ActionThatTakesLong_IsAnsweredBefore) {
+    bool isAnswered = false;
+    QDBusPendingCall click = QDBusPendingCall::fromCompletedCall(QDBusMessage());
+    Menu menu;
+    menu.addItem(std::make_unique<MenuItem>(QStringLiteral("Work"), [&isAnswered, &click] {
+        const QDeadlineTimer end(std::chrono::seconds(5));
+        while (!click.isFinished() && !end.hasExpired()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        isAnswered = click.isFinished();
+    }));
+    item_->setMenu(menu);
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(program_.baseService(), QLatin1String(menuPath),
+                                       dbusMenuInterface, QStringLiteral("Event"));
+    call << 1 << QStringLiteral("clicked") << QVariant::fromValue(QDBusVariant(0)) << 0U;
+    click = host_.asyncCall(call);
+    EXPECT_TRUE(waitUntil([&isAnswered] { return isAnswered; }));
+    item_.reset();
+}
+
+TEST_F(StatusItemMenuTest, ActionThatEndsTheItem_IsAnswered) {
     Menu menu;
     menu.addItem(std::make_unique<MenuItem>(QStringLiteral("End"), [this] { item_.reset(); }));
     item_->setMenu(menu);

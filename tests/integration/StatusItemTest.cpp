@@ -1,6 +1,9 @@
+#include "platform/linux/StatusImages.h"
 #include "tests/integration/StatusItemFixture.h"
 
 #include <QDBusObjectPath>
+#include <QFile>
+#include <QTemporaryDir>
 
 namespace quorvane::test {
 
@@ -139,10 +142,22 @@ TEST_F(StatusItemTest, FolderOfTheImagesIsNotThere_OneLogLineForAllImages) {
 
 TEST_F(StatusItemTest, Stencil_IsTakenFromTheSymbolicImage) {
     item_->setTemplate(true);
+    EXPECT_EQ(property("IconName").toString(),
+              QLatin1String("quorvane_icon_infinity_off-symbolic"));
     item_->setImage(QStringLiteral("battery-charged"));
-    EXPECT_EQ(property("IconName").toString(), QLatin1String("quorvane-battery-charged-symbolic"));
-    item_->setImage(QStringLiteral("icon-infinity-on"));
-    EXPECT_EQ(property("IconName").toString(), QLatin1String("icon-infinity-on"));
+    EXPECT_EQ(property("IconName").toString(), QLatin1String("quorvane_battery_charged-symbolic"));
+}
+
+TEST_F(StatusItemTest, StencilWithoutSymbolicImage_IsTakenFromThePlainOne) {
+    const QTemporaryDir folder;
+    for (const char* name : {"one.svg", "two.png", "quorvane_two.png"}) {
+        ASSERT_TRUE(QFile(folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly));
+    }
+    StatusImages images(folder.path(), log_);
+    EXPECT_EQ(images.iconName(QStringLiteral("one"), true), QLatin1String("one"));
+    EXPECT_EQ(images.iconName(QStringLiteral("two"), true), QLatin1String("quorvane_two"));
+    EXPECT_EQ(images.iconName(QStringLiteral("two"), false), QLatin1String("quorvane_two"));
+    EXPECT_EQ(images.iconName(QString(), true), QString());
     EXPECT_THAT(log_.lines().filter(QLatin1String("image")), IsEmpty());
 }
 

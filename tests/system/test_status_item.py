@@ -90,6 +90,34 @@ class StatusItemTest(unittest.TestCase):
     def test_waybar_shows_the_icon_and_its_menu(self):
         self.see_and_click(Waybar)
 
+    # --- the images
+
+    def test_ayatana_indicator_shows_no_battery_of_the_theme(self):
+        host = self.host(AyatanaIndicator).start()
+        program = SampleProgram(self.desktop)
+        program.tell("image icon-infinity-on")
+        host.wait_for_icon()
+        own = host.still_picture("own")
+        program.tell("image icon-infinity-off")
+        wait_until(lambda: host.difference(own, host.picture("off"), host.BAR), "another icon")
+        program.tell("image battery-charged")  # the same picture by another name
+        wait_until(lambda: not host.difference(own, host.picture("gauge"), host.BAR), "the icon")
+
+    def dark_bar(self, kind):
+        """The images are nearly as dark as the bar."""
+        self.desktop.env["GTK_THEME"] = "Adwaita:dark"
+        host = self.host(kind).start()
+        SampleProgram(self.desktop).tell("image icon-infinity-on")
+        host.wait_for_icon()
+
+    def test_xfce_panel_draws_the_image_in_the_colour_of_a_dark_bar(self):
+        self.dark_bar(XfcePanel)
+
+    def test_ayatana_indicator_draws_the_image_in_the_colour_of_a_dark_bar(self):
+        self.dark_bar(AyatanaIndicator)
+
+    # --- the submenu
+
     def choose_from_submenu(self, kind):
         host = self.host(kind).start()
         program = SampleProgram(self.desktop)
