@@ -22,7 +22,8 @@ sys.path[:0] = [str(ROOT / "tests" / "system"), str(ROOT / "tests" / "fixtures")
 from desktop import NAME, PROGRAMS, Desktop, wait_until  # noqa: E402
 from dimming import Dimming  # noqa: E402
 from fake_laptop import environment  # noqa: E402
-from measuring import median_of, memory, start_time, wakeups_during  # noqa: E402
+from measuring import (  # noqa: E402
+    PanelSignals, median_of, memory, start_time, wakeups_during)
 
 SETTLING = 10          # seconds after the start that count for nothing
 SILENT_MINUTES = 2     # one period of the slowest timer
@@ -56,6 +57,8 @@ FIGURES = {
     "polling": Figure("wake-ups in a silent minute, the most", None, "{:.0f}"),
     "reporting": Figure("wake-ups in a minute of upowerd's reports", 6),
     "reading": Figure("wake-ups for a change that the kernel announces", None),
+    "signals": Figure("signals to the panel, most for one reading", 2, "{:.0f}"),
+    "unchanged": Figure("signals to the panel when nothing changed", 0, "{:.0f}"),
     "start": Figure("exec to name on the session bus, ms", 15.0),
     "dimming": Figure("UPower's signal to the last module, ms", 50.0),
 }
@@ -130,6 +133,25 @@ def measure_running(desktop, program):
     return figures
 
 
+def measure_signals(desktop):
+    """What the panel is told while the percentage stands beside the icon: for each reading with
+    another percentage, and while upowerd repeats itself."""
+    desktop.set(MenuBarDisplayMode=1)
+    process = desktop.quorvane()
+    desktop.laptop.unplug()
+    signals = PanelSignals(desktop.env["DBUS_SESSION_BUS_ADDRESS"])
+    time.sleep(SETTLING)
+    counts = []
+    for percent in READINGS:
+        counts.append(signals.during(lambda p=percent: desktop.laptop.charge(p)))
+    unchanged = signals.during(lambda: desktop.laptop.announce("BAT0", "change"))
+    assert process.poll() is None
+    desktop.end("quorvane")
+    desktop.laptop.plug()
+    desktop.set(MenuBarDisplayMode=0)
+    return {"signals": max(counts), "unchanged": unchanged}
+
+
 def measure(program, starts):
     desktop = new_desktop()
     try:
@@ -138,6 +160,7 @@ def measure(program, starts):
             figures["start"] = median_of(
                 starts, lambda: start_time(desktop, program.command, program.bus_name))
         if program.name == "quorvane":
+            figures.update(measure_signals(desktop))
             figures["dimming"] = median_of(starts, Dimming(desktop).once)
         return figures
     finally:

@@ -75,6 +75,28 @@ class BusObserver:
         GLib.source_remove(timer)
 
 
+class PanelSignals:
+    """Counts what a status item tells the panels."""
+
+    def __init__(self, address):
+        self.observer = BusObserver(address)
+        self.count = 0
+        for interface in ("org.kde.StatusNotifierItem", "com.canonical.dbusmenu",
+                          "org.freedesktop.DBus.Properties"):
+            self.observer.subscribe(None, interface, None, None, self.tell)
+
+    def tell(self, _arguments, _now):
+        self.count += 1
+
+    def during(self, action, seconds=3):
+        """How many there were from the action until all has settled."""
+        before = self.count
+        action()
+        end = time.monotonic() + seconds
+        self.observer.wait(lambda: time.monotonic() > end, "the end of the settling")
+        return self.count - before
+
+
 def start_time(desktop, command, name, extra=None):
     """Milliseconds from exec until the program owns its name on the session bus; the program is
     ended again."""

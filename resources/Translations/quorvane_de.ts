@@ -60,16 +60,16 @@
     <translation>E-Mail-Adresse</translation>
   </message>
   <message>
+    <source>Ends when you plug in</source>
+    <translation>Endet, wenn Sie das Netzteil anschließen</translation>
+  </message>
+  <message>
     <source>Get Started</source>
     <translation>Los geht’s</translation>
   </message>
   <message>
     <source>Hear of new versions</source>
     <translation>Von neuen Versionen erfahren</translation>
-  </message>
-  <message>
-    <source>Hides applications you are not using</source>
-    <translation>Blendet unbenutzte Programme aus</translation>
   </message>
   <message>
     <source>Install it with your system's software updates.</source>
@@ -128,6 +128,10 @@
     <translation>Manuell</translation>
   </message>
   <message>
+    <source>News from Quorvane</source>
+    <translation>Neues von Quorvane</translation>
+  </message>
+  <message>
     <source>Not Now</source>
     <translation>Nicht jetzt</translation>
   </message>
@@ -138,14 +142,6 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Quorvane-Einstellungen öffnen …</translation>
-  </message>
-  <message>
-    <source>Pauses browsers in the background</source>
-    <translation>Hält Browser im Hintergrund an</translation>
-  </message>
-  <message>
-    <source>Pauses the file indexer</source>
-    <translation>Hält den Dateiindex an</translation>
   </message>
   <message>
     <source>Puts everything back afterwards</source>
@@ -168,10 +164,6 @@
     <translation>Quorvane %@ ist verfügbar</translation>
   </message>
   <message>
-    <source>Quorvane News</source>
-    <translation>Neues von Quorvane</translation>
-  </message>
-  <message>
     <source>Quorvane already running</source>
     <translation>Quorvane läuft bereits</translation>
   </message>
@@ -186,14 +178,6 @@
   <message>
     <source>Quorvane's Settings</source>
     <translation>Einstellungen von Quorvane</translation>
-  </message>
-  <message>
-    <source>Quorvane’s picture</source>
-    <translation>Das Bild von Quorvane</translation>
-  </message>
-  <message>
-    <source>Reports energy-hungry applications</source>
-    <translation>Meldet Programme, die viel Strom brauchen</translation>
   </message>
   <message>
     <source>Send Feedback</source>
@@ -228,16 +212,12 @@
     <translation>Absenden</translation>
   </message>
   <message>
-    <source>Switches off radios</source>
-    <translation>Schaltet Funk ab</translation>
+    <source>Tells you how many minutes it saved</source>
+    <translation>Sagt Ihnen, wie viele Minuten er gespart hat</translation>
   </message>
   <message>
     <source>This copy of Quorvane is not updated by your system</source>
     <translation>Diese Kopie von Quorvane wird nicht vom System aktualisiert</translation>
-  </message>
-  <message>
-    <source>Turns the processor’s turbo off</source>
-    <translation>Schaltet den Turbo des Prozessors ab</translation>
   </message>
   <message>
     <source>Updates come with your system</source>
@@ -250,6 +230,10 @@
   <message>
     <source>What Low Power Mode does, and the three ways in which it can start.</source>
     <translation>Was der Stromsparmodus tut, und die drei Arten, wie er starten kann.</translation>
+  </message>
+  <message>
+    <source>What Quorvane does</source>
+    <translation>Was Quorvane tut</translation>
   </message>
   <message>
     <source>Where we may write to you about Quorvane.</source>

@@ -60,16 +60,16 @@
     <translation>Adresse e-mail</translation>
   </message>
   <message>
+    <source>Ends when you plug in</source>
+    <translation>S’arrête quand vous branchez le secteur</translation>
+  </message>
+  <message>
     <source>Get Started</source>
     <translation>Commencer</translation>
   </message>
   <message>
     <source>Hear of new versions</source>
     <translation>Être informé des nouvelles versions</translation>
-  </message>
-  <message>
-    <source>Hides applications you are not using</source>
-    <translation>Masque les applications inutilisées</translation>
   </message>
   <message>
     <source>Install it with your system's software updates.</source>
@@ -128,6 +128,10 @@
     <translation>Manuel</translation>
   </message>
   <message>
+    <source>News from Quorvane</source>
+    <translation>Nouvelles de Quorvane</translation>
+  </message>
+  <message>
     <source>Not Now</source>
     <translation>Pas maintenant</translation>
   </message>
@@ -138,14 +142,6 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Ouvrir les préférences de Quorvane…</translation>
-  </message>
-  <message>
-    <source>Pauses browsers in the background</source>
-    <translation>Suspend les navigateurs en arrière-plan</translation>
-  </message>
-  <message>
-    <source>Pauses the file indexer</source>
-    <translation>Suspend l’indexation des fichiers</translation>
   </message>
   <message>
     <source>Puts everything back afterwards</source>
@@ -168,10 +164,6 @@
     <translation>Quorvane %@ est disponible</translation>
   </message>
   <message>
-    <source>Quorvane News</source>
-    <translation>Nouvelles de Quorvane</translation>
-  </message>
-  <message>
     <source>Quorvane already running</source>
     <translation>Quorvane est déjà en cours d’exécution</translation>
   </message>
@@ -186,14 +178,6 @@
   <message>
     <source>Quorvane's Settings</source>
     <translation>Réglages de Quorvane</translation>
-  </message>
-  <message>
-    <source>Quorvane’s picture</source>
-    <translation>L’image de Quorvane</translation>
-  </message>
-  <message>
-    <source>Reports energy-hungry applications</source>
-    <translation>Signale les applications gourmandes</translation>
   </message>
   <message>
     <source>Send Feedback</source>
@@ -228,16 +212,12 @@
     <translation>Envoyer</translation>
   </message>
   <message>
-    <source>Switches off radios</source>
-    <translation>Coupe les radios</translation>
+    <source>Tells you how many minutes it saved</source>
+    <translation>Vous dit combien de minutes ont été gagnées</translation>
   </message>
   <message>
     <source>This copy of Quorvane is not updated by your system</source>
     <translation>Cette copie de Quorvane n’est pas mise à jour par votre système</translation>
-  </message>
-  <message>
-    <source>Turns the processor’s turbo off</source>
-    <translation>Désactive le turbo du processeur</translation>
   </message>
   <message>
     <source>Updates come with your system</source>
@@ -250,6 +230,10 @@
   <message>
     <source>What Low Power Mode does, and the three ways in which it can start.</source>
     <translation>Ce que fait le mode économie d’énergie, et ses trois façons de démarrer.</translation>
+  </message>
+  <message>
+    <source>What Quorvane does</source>
+    <translation>Ce que fait Quorvane</translation>
   </message>
   <message>
     <source>Where we may write to you about Quorvane.</source>

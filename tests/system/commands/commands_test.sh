@@ -354,7 +354,7 @@ PackageList_EveryLineHasOnePackageOfOneGroup() {
   while read -r package group rest; do
     [[ -z $package || $package == \#* ]] && continue
     status=0 output=/dev/null
-    [[ $group =~ ^(build|test|lint|bench)$ ]] || broken "$package is of no known group: $group"
+    [[ $group =~ ^(build|test|lint|bench|images)$ ]] || broken "$package is of no known group: $group"
     [[ -z $rest || $rest == \#* ]] || broken "What follows $package is no comment: $rest"
     [[ $seen != *" $package "* ]] || broken "$package is listed twice"
     seen+="$package "
