@@ -60,8 +60,8 @@
     <translation>E-Mail-Adresse</translation>
   </message>
   <message>
-    <source>Ends when you plug in</source>
-    <translation>Endet, wenn Sie das Netzteil anschließen</translation>
+    <source>Ends it when you plug in</source>
+    <translation>Beendet ihn, wenn Sie das Netzteil anschließen</translation>
   </message>
   <message>
     <source>Get Started</source>

@@ -60,8 +60,8 @@
     <translation>Adresse e-mail</translation>
   </message>
   <message>
-    <source>Ends when you plug in</source>
-    <translation>S’arrête quand vous branchez le secteur</translation>
+    <source>Ends it when you plug in</source>
+    <translation>L’arrête quand vous branchez le secteur</translation>
   </message>
   <message>
     <source>Get Started</source>
@@ -213,7 +213,7 @@
   </message>
   <message>
     <source>Tells you how many minutes it saved</source>
-    <translation>Vous dit combien de minutes ont été gagnées</translation>
+    <translation>Vous dit combien de minutes sont gagnées</translation>
   </message>
   <message>
     <source>This copy of Quorvane is not updated by your system</source>
