@@ -65,8 +65,9 @@ void NotificationController::enabledNotification() {
 void NotificationController::disabledNotificationAlwaysShow(bool alwaysShow) {
     const int minutes = BatterySaver::batterySaver().resetMinutesSaved();
     if (minutes >= fewestReportedMinutes) {
-        showNotificationWithTitle(filledIn(localized("You saved %d minutes of battery!", minutes), minutes),
-                                  localized("Low power mode is now stopped."));
+        showNotificationWithTitle(
+            filledIn(localized("You saved %d minutes of battery!", minutes), minutes),
+            localized("Low power mode is now stopped."));
     } else if (alwaysShow) {
         showNotificationWithTitle(localized("Stopping Low Power Mode"),
                                   localized("Your computer is now plugged in."));
