@@ -139,8 +139,8 @@ void ExportedObject::addMethod(QLatin1String name, QLatin1String signature, Meth
     methods_.insert(name, {signature, std::move(method)});
 }
 
-void ExportedObject::addProperty(QLatin1String name, std::function<QVariant()> read) {
-    properties_.insert(name, std::move(read));
+void ExportedObject::addProperty(QLatin1String name, const std::function<QVariant()>& read) {
+    properties_.insert(name, read);
 }
 
 void ExportedObject::emitSignal(QLatin1String name, const QVariantList& arguments) {

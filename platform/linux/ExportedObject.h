@@ -36,7 +36,7 @@ class ExportedObject : public QDBusVirtualObject {
 
     /// `signature` is the one of the arguments.
     void addMethod(QLatin1String name, QLatin1String signature, Method method);
-    void addProperty(QLatin1String name, std::function<QVariant()> read);
+    void addProperty(QLatin1String name, const std::function<QVariant()>& read);
 
     void emitSignal(QLatin1String name, const QVariantList& arguments = {});
 

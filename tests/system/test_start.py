@@ -1,17 +1,16 @@
 """How the program starts and ends, with the windows that the user sees then."""
 
 import os
-import re
 import signal
 import subprocess
 
 from desktop import NAME, PATIENCE, PROGRAMS, wait_until
+from menu import click_item
 from resident import DIMMED, FOUND, ResidentSession
 
 WELCOME = "Welcome to Quorvane"
 ALERT = "^Quorvane$"
 NO_BAR = "has no bar for status items"
-MENU = ("com.canonical.dbusmenu", "/MenuBar")
 PREFERENCES, FEEDBACK = "Open Quorvane Preferences...", "Send Feedback"
 QUIT = "Quit Quorvane"
 SWITCH = "Start Low Power Mode Now"
@@ -40,17 +39,6 @@ class StartTest(ResidentSession):
         """The process ids of the programs with windows that Quorvane has started."""
         return [int(pid) for pid in self.x("pgrep", "-f", os.path.join(PROGRAMS, "quorvane-window"))
                 .split()]
-
-    def click_item(self, title):
-        """Clicks an item of the menu as a bar does."""
-        owner = re.search(r"':[\d.]+'|(:[\d.]+)", self.desktop.call(
-            "session", "org.freedesktop.DBus", "/org/freedesktop/DBus",
-            "org.freedesktop.DBus.GetNameOwner", NAME)).group().strip("'")
-        layout = self.desktop.call("session", owner, MENU[1], MENU[0] + ".GetLayout", "0", "--",
-                                   "-1", "['label']")
-        item = re.search(r"\((\d+), \{'label': <['\"]" + re.escape(title), layout).group(1)
-        self.desktop.call("session", owner, MENU[1], MENU[0] + ".Event", item, "clicked",
-                          "<''>", "0")
 
     # --- the first start
 
@@ -156,10 +144,10 @@ class StartTest(ResidentSession):
 
     def test_quit_item_puts_everything_back_and_ends(self):
         desktop = self.start(90)
-        self.click_item(SWITCH)
+        click_item(self.desktop, SWITCH)
         self.wait_for_brightness(DIMMED)
         wait_until(lambda: desktop.setting("QuorvaneActive") == "true", "the setting")
-        self.click_item(QUIT)
+        click_item(self.desktop, QUIT)
         self.assertEqual(desktop.processes.pop("quorvane").wait(PATIENCE), 0)
         self.assertEqual(desktop.brightness, FOUND)
         self.assertEqual(desktop.setting("WasEnabledOnQuit"), "true")
@@ -168,7 +156,7 @@ class StartTest(ResidentSession):
 
     def test_preferences_item_tells_where_the_settings_are_and_the_mode_goes_on(self):
         desktop = self.start(90)
-        self.click_item(PREFERENCES)
+        click_item(self.desktop, PREFERENCES)
         alert = self.wait_for_window(ALERT)
         desktop.set(QuorvaneActive=True)
         self.wait_for_brightness(DIMMED)  # the alert holds nothing up
@@ -183,7 +171,7 @@ class StartTest(ResidentSession):
         os.chmod(os.path.join(folder, "xdg-open"), 0o755)
         self.desktop.env["PATH"] = folder + ":" + self.desktop.env["PATH"]
         self.start(90)
-        self.click_item(FEEDBACK)
+        click_item(self.desktop, FEEDBACK)
         wait_until(lambda: os.path.exists(self.desktop.path("opened")) and
                    os.path.getsize(self.desktop.path("opened")), "the page")
         with open(self.desktop.path("opened"), encoding="utf-8") as file:
@@ -191,14 +179,14 @@ class StartTest(ResidentSession):
 
     def test_updates_item_tells_that_the_distribution_delivers_them(self):
         self.start(90)
-        self.click_item("Check For Updates")
+        click_item(self.desktop, "Check For Updates")
         self.wait_for_titles("Updates come with your system")
 
     def test_german_user_gets_a_german_menu(self):
         self.desktop.env["LANGUAGE"] = "de"
         self.desktop.env["LANG"] = "de_DE.UTF-8"
         desktop = self.start(90)
-        self.click_item("Stromsparmodus jetzt starten")
+        click_item(self.desktop, "Stromsparmodus jetzt starten")
         self.wait_for_brightness(DIMMED)
         self.assertIsNone(desktop.processes["quorvane"].poll())
 
