@@ -16,7 +16,7 @@ AlertRequest refused(const QString& error) {
 
 QStringList textsOf(const QJsonArray& array) {
     QStringList texts;
-    for (const QJsonValue& value : array) {
+    for (const auto& value : array) {
         texts += value.toString();
     }
     return texts;
