@@ -180,6 +180,10 @@
     <translation>Einstellungen von Quorvane</translation>
   </message>
   <message>
+    <source>Quorvane’s picture</source>
+    <translation>Das Bild von Quorvane</translation>
+  </message>
+  <message>
     <source>Send Feedback</source>
     <translation>Feedback senden</translation>
   </message>

@@ -180,6 +180,10 @@
     <translation>Réglages de Quorvane</translation>
   </message>
   <message>
+    <source>Quorvane’s picture</source>
+    <translation>L’image de Quorvane</translation>
+  </message>
+  <message>
     <source>Send Feedback</source>
     <translation>Envoyer un commentaire</translation>
   </message>
