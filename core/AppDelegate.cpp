@@ -24,7 +24,6 @@ namespace {
 
 constexpr Seconds updateCheckInterval{3600.0};
 
-const QString ownIdentifier = QStringLiteral("com.TarnwickStudios.quorvane");
 const QString otherEdition = QStringLiteral("com.tarnwick.quorvane-setapp");
 
 } // namespace
@@ -36,7 +35,7 @@ AppDelegate::~AppDelegate() = default;
 bool AppDelegate::anotherCopyRuns() {
     const Workspace& workspace = platform().workspace();
     // This copy counts itself.
-    return workspace.runningApplicationsWithBundleIdentifier(ownIdentifier) +
+    return workspace.runningApplicationsWithBundleIdentifier(QuorvanePrefs::domainName()) +
                workspace.runningApplicationsWithBundleIdentifier(otherEdition) >=
            2;
 }

@@ -14,13 +14,8 @@ QWidget* LayoutWindowController::window() {
         LayoutLoader::Result result = LayoutLoader::load(layoutFile_);
         window_ = std::move(result.window);
         error_ = result.error;
-        if (window_) {
-            windowDidLoad();
-        }
     }
     return window_.get();
 }
-
-void LayoutWindowController::windowDidLoad() {}
 
 } // namespace quorvane

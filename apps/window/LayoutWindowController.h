@@ -20,10 +20,6 @@ class LayoutWindowController : public QObject {
 
     [[nodiscard]] QString error() const { return error_; }
 
-  protected:
-    /// The window is there, and not shown yet.
-    virtual void windowDidLoad();
-
   private:
     QString layoutFile_;
     std::unique_ptr<QWidget> window_;

@@ -1,14 +1,18 @@
 #include "platform/linux/LabelGuide.h"
 
-#include <QRegularExpression>
-
 namespace quorvane {
 
+// Without regular expressions: their compiler would stay in memory for this alone.
 QString labelGuide(const QString& label) {
-    static const QRegularExpression percentage(QStringLiteral("\\d+%"));
-    static const QRegularExpression time(QStringLiteral("\\d+:\\d\\d|\u2026"));
+    const QString body = label.trimmed();
+    QString longest = body;
+    if (body.endsWith(QLatin1Char('%'))) {
+        longest = QStringLiteral("100%");
+    } else if (body.contains(QLatin1Char(':')) || body == QStringLiteral("\u2026")) {
+        longest = QStringLiteral("00:00");
+    }
     QString guide = label;
-    return guide.replace(percentage, QStringLiteral("100%")).replace(time, QStringLiteral("00:00"));
+    return guide.replace(label.indexOf(body), body.size(), longest);
 }
 
 } // namespace quorvane

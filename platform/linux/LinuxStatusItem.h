@@ -20,7 +20,7 @@ class LinuxStatusItem final : public StatusItem {
     void setMenu(Menu& menu) override;
     void setAttributedTitle(const AttributedString& title) override;
 
-    void setLength(double length) override { length_ = length; }
+    void setLength(double /*length*/) override {}
 
     void setImage(const QString& name) override;
     void setTemplate(bool isTemplate) override;
@@ -33,7 +33,6 @@ class LinuxStatusItem final : public StatusItem {
     StatusImages images_;
     QString imageName_;
     bool isTemplate_ = false;
-    double length_ = variableLength;
     ImagePosition imagePosition_ = ImagePosition::Right;
     StatusNotifierItem item_;
     DBusMenu menu_;

@@ -1,5 +1,5 @@
 #include "apps/window/CollectEmailWindow.h"
-#include "apps/window/EmailWindowController.h"
+#include "apps/window/LayoutWindowController.h"
 #include "tests/support/QtPrinters.h"
 
 #include <QLineEdit>
@@ -18,7 +18,7 @@ QString layoutFile() {
 } // namespace
 
 TEST(EmailWindowTest, TheController_LoadsItsWindowOnce) {
-    EmailWindowController controller(layoutFile());
+    LayoutWindowController controller(layoutFile());
     QWidget* window = controller.window();
     EXPECT_NE(qobject_cast<CollectEmailWindow*>(window), nullptr);
     EXPECT_EQ(controller.window(), window);
@@ -26,13 +26,13 @@ TEST(EmailWindowTest, TheController_LoadsItsWindowOnce) {
 }
 
 TEST(EmailWindowTest, WithoutALayout_TheControllerSaysWhy) {
-    EmailWindowController controller(QStringLiteral("/nowhere/Layout.ui"));
+    LayoutWindowController controller(QStringLiteral("/nowhere/Layout.ui"));
     EXPECT_EQ(controller.window(), nullptr);
     EXPECT_TRUE(controller.error().startsWith(QStringLiteral("/nowhere/Layout.ui: ")));
 }
 
 TEST(EmailWindowTest, WhatTakesTheKeyboard_HasANameForScreenReaders) {
-    EmailWindowController controller(layoutFile());
+    LayoutWindowController controller(layoutFile());
     ASSERT_NE(controller.window(), nullptr);
     int found = 0;
     const auto widgets = controller.window()->findChildren<QWidget*>();
@@ -46,7 +46,7 @@ TEST(EmailWindowTest, WhatTakesTheKeyboard_HasANameForScreenReaders) {
 }
 
 TEST(EmailWindowTest, Cancel_ClosesIt) {
-    EmailWindowController controller(layoutFile());
+    LayoutWindowController controller(layoutFile());
     ASSERT_NE(controller.window(), nullptr);
     controller.window()->show();
     QTest::mouseClick(controller.window()->findChild<QPushButton*>(QStringLiteral("cancel")),

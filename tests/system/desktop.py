@@ -69,6 +69,7 @@ class Desktop:
         self.folder = tempfile.mkdtemp(prefix="quorvane-desktop-")
         self.processes = {}
         self.laptop = None
+        self.entered = []  # former control group and process
         self.env = dict(
             PATH="/usr/sbin:/usr/bin:/sbin:/bin", LANG="C.UTF-8", HOME=self.path("home"),
             XDG_CONFIG_HOME=self.path("home/.config"), XDG_DATA_HOME=self.path("home/.local/share"),
@@ -102,6 +103,8 @@ class Desktop:
         return self
 
     def stop(self):
+        for former, pid in self.entered:
+            self.control("leave", former, str(pid))
         for name in reversed(list(self.processes)):
             self.end(name)
         if self.laptop:
@@ -161,10 +164,15 @@ class Desktop:
         leader = self.spawn("session leader", ["sleep", "infinity"])
         self.service("login", "session", str(os.getuid()), str(leader.pid), "x11")
         path = wait_until(lambda: self.log("login").strip(), "a session of logind's")
-        done = subprocess.run(["/usr/bin/python3", os.path.join(FIXTURES, "laptop_services.py"),
-                               "enter", str(os.getuid()), path, str(pid)], env=self.env,
-                              capture_output=True, check=False)
+        done = self.control("enter", str(os.getuid()), path, str(pid))
+        if done.returncode == 0:
+            self.entered.append((done.stdout.strip(), pid))
         return done.returncode == 0
+
+    def control(self, *arguments):
+        return subprocess.run(["/usr/bin/python3", os.path.join(FIXTURES, "laptop_services.py"),
+                               *arguments], env=self.env, capture_output=True, text=True,
+                              check=False)
 
     def start_x(self):
         reading, writing = os.pipe()
