@@ -41,15 +41,16 @@ bool RunningCopies::claim() {
 }
 
 int RunningCopies::count(const QString& bundleIdentifier, const QString& ownIdentifier) const {
-    const QStringList owned = running();
     const bool isOwn = bundleIdentifier == ownIdentifier;
     if (isOwn && claim_ == Claim::Won) {
         return 1; // the name, once it is taken, is this program's
     }
-    const int itself = isOwn && claim_ == Claim::Lost ? 1 : 0;
+    const bool isOwned = bus_.interface()->isServiceRegistered(bundleIdentifier);
+    if (!isOwn || claim_ == Claim::NotTried) {
+        return isOwned ? 1 : 0;
+    }
     // Whoever has the claim without a name is about to take one.
-    const bool isStarting = itself == 1 && owned.isEmpty();
-    return itself + (isStarting || owned.contains(bundleIdentifier) ? 1 : 0);
+    return isOwned || running().isEmpty() ? 2 : 1;
 }
 
 bool RunningCopies::announce(const QString& bundleIdentifier) {
