@@ -7,6 +7,11 @@ target_compile_definitions(quorvane_compiler INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
+if(CMAKE_UNITY_BUILD)
+  # It takes what several sources are compiled as one from for a header.
+  target_compile_options(quorvane_compiler INTERFACE -Wno-subobject-linkage)
+endif()
+
 if(QUORVANE_SANITIZE)
   target_compile_options(quorvane_compiler INTERFACE
     -fsanitize=${QUORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -9,7 +9,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr Seconds step{10.0};
+constexpr Seconds reportInterval{10.0};
 constexpr double full = 100.0; // percent
 
 } // namespace
@@ -17,7 +17,7 @@ constexpr double full = 100.0; // percent
 Laptop::Laptop(SimulatedPlatform& platform)
     : platform_(platform), energy_(full), undimmed_(full), lastLook_(platform.clock().monotonic()) {
     updateReading();
-    timer_ = platform_.clock().schedule(step, Repeats::Yes, [this] { letTimePass(); });
+    timer_ = platform_.clock().schedule(reportInterval, Repeats::Yes, [this] { letTimePass(); });
 }
 
 Laptop::~Laptop() = default;

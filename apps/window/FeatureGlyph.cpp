@@ -10,7 +10,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr qreal grid = 20.0;
+constexpr qreal glyphGrid = 20.0;
 constexpr qreal share = 0.6; ///< of the tile's side that the drawing takes
 
 } // namespace
@@ -39,7 +39,7 @@ void FeatureGlyph::paintEvent(QPaintEvent* event) {
 
     const GlyphPath path = GlyphPath::of(glyph_);
     painter.translate(side * (1 - share) / 2, side * (1 - share) / 2);
-    painter.scale(side * share / grid, side * share / grid);
+    painter.scale(side * share / glyphGrid, side * share / glyphGrid);
     painter.fillPath(path.solids, colour);
     painter.strokePath(path.lines, QPen(colour, 1.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     QWidget::paintEvent(event);

@@ -11,7 +11,7 @@ namespace quorvane {
 
 namespace {
 
-constexpr qreal grid = 64.0;
+constexpr qreal iconGrid = 64.0;
 
 /// The sign, as the status images have it: two circles and the lines that cross between them.
 QPainterPath sign(QPointF centre, qreal distance, qreal radius) {
@@ -37,21 +37,21 @@ QPainterPath leaf() {
 }
 
 void paintTile(QPainter& painter) {
-    QLinearGradient gradient(0, 0, grid, grid);
+    QLinearGradient gradient(0, 0, iconGrid, iconGrid);
     gradient.setColorAt(0, QColor(0x35, 0xb8, 0x7a));
     gradient.setColorAt(1, QColor(0x0f, 0x62, 0x5c));
     painter.setPen(Qt::NoPen);
     painter.setBrush(gradient);
-    painter.drawRoundedRect(QRectF(2, 2, grid - 4, grid - 4), 15, 15);
+    painter.drawRoundedRect(QRectF(2, 2, iconGrid - 4, iconGrid - 4), 15, 15);
     painter.setPen(QPen(QColor(255, 255, 255, 60), 1));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(2.5, 2.5, grid - 5, grid - 5), 14.5, 14.5);
+    painter.drawRoundedRect(QRectF(2.5, 2.5, iconGrid - 5, iconGrid - 5), 14.5, 14.5);
 }
 
 void paintSign(QPainter& painter) {
     painter.setPen(QPen(Qt::white, 5.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
-    painter.drawPath(sign({grid / 2, 30}, 11.5, 8.6));
+    painter.drawPath(sign({iconGrid / 2, 30}, 11.5, 8.6));
 }
 
 void paintLeaf(QPainter& painter) {
@@ -67,7 +67,7 @@ void paintLeaf(QPainter& painter) {
 
 void paintIcon(QPainter& painter, qreal side) {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(side / grid, side / grid);
+    painter.scale(side / iconGrid, side / iconGrid);
     paintTile(painter);
     paintSign(painter);
     paintLeaf(painter);

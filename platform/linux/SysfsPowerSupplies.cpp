@@ -64,7 +64,7 @@ std::optional<double> timeToEmpty(const QString& folder, const BatteryReading& b
                : std::nullopt;
 }
 
-void insertText(QVariantMap& facts, const char* name, const std::optional<QString>& text) {
+void insertAttribute(QVariantMap& facts, const char* name, const std::optional<QString>& text) {
     if (text) {
         facts.insert(QLatin1String(name), *text);
     }
@@ -78,10 +78,10 @@ void insertNumber(QVariantMap& facts, const char* name, const std::optional<doub
 
 QVariantMap readFacts(const QString& folder, const BatteryReading& battery) {
     QVariantMap facts;
-    insertText(facts, "vendor", sysfsText(folder, "manufacturer"));
-    insertText(facts, "model", sysfsText(folder, "model_name"));
-    insertText(facts, "serial", sysfsText(folder, "serial_number"));
-    insertText(facts, "technology", sysfsText(folder, "technology"));
+    insertAttribute(facts, "vendor", sysfsText(folder, "manufacturer"));
+    insertAttribute(facts, "model", sysfsText(folder, "model_name"));
+    insertAttribute(facts, "serial", sysfsText(folder, "serial_number"));
+    insertAttribute(facts, "technology", sysfsText(folder, "technology"));
     insertNumber(facts, "energy", battery.energy);
     insertNumber(facts, "energyFull", battery.energyFull);
     insertNumber(facts, "energyFullDesign",
