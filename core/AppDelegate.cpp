@@ -35,8 +35,8 @@ AppDelegate::~AppDelegate() = default;
 bool AppDelegate::anotherCopyRuns() {
     const Workspace& workspace = platform().workspace();
     // This copy counts itself.
-    return workspace.runningApplicationsWithBundleIdentifier(QuorvanePrefs::domainName()) +
-               workspace.runningApplicationsWithBundleIdentifier(otherEdition) >=
+    return workspace.runningCopies(QuorvanePrefs::domainName()) +
+               workspace.runningCopies(otherEdition) >=
            2;
 }
 

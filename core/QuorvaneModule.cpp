@@ -6,6 +6,7 @@
 #include "core/TaskTimeout.h"
 #include "platform/Log.h"
 #include "platform/Platform.h"
+#include "platform/Processes.h"
 #include "platform/Tasks.h"
 #include "platform/Workspace.h"
 
@@ -81,24 +82,27 @@ QString QuorvaneModule::runCommand(const QString& launchPath, const QStringList&
 }
 
 bool QuorvaneModule::setAppPausedWithPID(bool paused, std::int32_t pid) {
-    // With the sign in front, 1 would mean every process there is and 0 our own group.
+    // As a group, 1 would mean every process there is and 0 our own.
     if (pid <= 1) {
         log(QStringLiteral("No application has the process id %1; nothing is paused or resumed.")
                 .arg(pid));
         return true;
     }
     queueOnMain(this, [this, paused, pid] {
-        runCommand(QStringLiteral("/bin/kill"),
-                   {paused ? QStringLiteral("-STOP") : QStringLiteral("-CONT"),
-                    QStringLiteral("-%1").arg(pid)});
+        Processes& processes = platform().processes();
+        if (paused) {
+            processes.stop(pid);
+        } else {
+            processes.resume(pid);
+        }
         log(QStringLiteral("Finished with kill command"));
     });
     return true;
 }
 
 bool QuorvaneModule::setAppPausedWithIdentifier(bool paused, const QString& identifier) {
-    const auto pid = platform().workspace().processIdentifierOf(identifier);
-    return pid && setAppPausedWithPID(paused, *pid);
+    const auto running = platform().workspace().runningApplicationsWithBundleIdentifier(identifier);
+    return !running.empty() && setAppPausedWithPID(paused, running.front().processIdentifier);
 }
 
 void QuorvaneModule::recieveNotification(const UserNotification& /*notification*/) {}

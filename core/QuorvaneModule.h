@@ -56,7 +56,8 @@ class QuorvaneModule : public ObservableObject {
     /// second; after 15 seconds the tool is terminated.
     QString runCommand(const QString& launchPath, const QStringList& arguments);
 
-    /// Stops or continues the process group with this id, later, from the main queue. Always true.
+    /// Stops or resumes the application with this main process, later, from the main queue. Always
+    /// true.
     bool setAppPausedWithPID(bool paused, std::int32_t pid);
 
     /// The same for the first running application with this bundle identifier. False when none

@@ -16,6 +16,7 @@ class LogSink;
 class LoginItems;
 class Pasteboard;
 class PowerSources;
+class Processes;
 class Settings;
 class StatusBar;
 class Tasks;
@@ -43,6 +44,7 @@ class Platform {
     virtual LoginItems& loginItems() = 0;
     virtual Pasteboard& pasteboard() = 0;
     virtual PowerSources& powerSources() = 0;
+    virtual Processes& processes() = 0;
     virtual Settings& settings() = 0;
     virtual StatusBar& statusBar() = 0;
     virtual Tasks& tasks() = 0;

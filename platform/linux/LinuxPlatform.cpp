@@ -15,7 +15,7 @@ LinuxPlatform::LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConne
                              const RunningCopies* copies)
     : journal_(PuttingBackJournal::defaultPath(), log_),
       bundle_(LinuxBundle::contentsFolderOfThisProgram()), displays_(systemBus, journal_, log_),
-      powerSources_(systemBus, log_), settings_(log_),
+      powerSources_(systemBus, log_), processes_(journal_, log_), settings_(log_),
       statusBar_(sessionBus, log_,
                  bundle_.contentsFolder() + QStringLiteral("/Resources/StatusImages")),
       updates_(systemBus, QCoreApplication::applicationFilePath()),

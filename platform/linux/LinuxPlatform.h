@@ -9,6 +9,7 @@
 #include "platform/linux/LinuxFiles.h"
 #include "platform/linux/LinuxLog.h"
 #include "platform/linux/LinuxPowerSources.h"
+#include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxSettings.h"
 #include "platform/linux/LinuxStatusBar.h"
 #include "platform/linux/LinuxTasks.h"
@@ -56,6 +57,8 @@ class LinuxPlatform final : public Platform {
 
     PowerSources& powerSources() override { return powerSources_; }
 
+    Processes& processes() override { return processes_; }
+
     Settings& settings() override { return settings_; }
 
     StatusBar& statusBar() override { return statusBar_; }
@@ -83,6 +86,7 @@ class LinuxPlatform final : public Platform {
     LinuxFiles files_;
     AbsentLoginItems loginItems_;
     LinuxPowerSources powerSources_;
+    LinuxProcesses processes_;
     LinuxSettings settings_;
     LinuxStatusBar statusBar_;
     LinuxTasks tasks_;

@@ -13,12 +13,19 @@ namespace quorvane {
 LinuxWorkspace::LinuxWorkspace(const RunningCopies* copies, QString ownIdentifier, LogSink& log)
     : copies_(copies), ownIdentifier_(std::move(ownIdentifier)), log_(log) {}
 
-std::optional<std::int32_t>
-LinuxWorkspace::processIdentifierOf(const QString& /*bundleIdentifier*/) const {
+std::vector<RunningApplication> LinuxWorkspace::runningApplications() const {
+    return {};
+}
+
+std::optional<RunningApplication> LinuxWorkspace::frontmostApplication() const {
     return std::nullopt;
 }
 
-int LinuxWorkspace::runningApplicationsWithBundleIdentifier(const QString& bundleIdentifier) const {
+void LinuxWorkspace::hide(const RunningApplication& /*application*/) {}
+
+void LinuxWorkspace::terminate(const RunningApplication& /*application*/) {}
+
+int LinuxWorkspace::runningCopies(const QString& bundleIdentifier) const {
     return copies_ == nullptr ? 0 : copies_->count(bundleIdentifier, ownIdentifier_);
 }
 

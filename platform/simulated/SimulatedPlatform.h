@@ -11,6 +11,7 @@
 #include "platform/simulated/SimulatedHelper.h"
 #include "platform/simulated/SimulatedLog.h"
 #include "platform/simulated/SimulatedPowerSources.h"
+#include "platform/simulated/SimulatedProcesses.h"
 #include "platform/simulated/SimulatedSettings.h"
 #include "platform/simulated/SimulatedStatusBar.h"
 #include "platform/simulated/SimulatedTasks.h"
@@ -59,6 +60,8 @@ class SimulatedPlatform final : public Platform {
 
     SimulatedPowerSources& powerSources() override { return powerSources_; }
 
+    SimulatedProcesses& processes() override { return processes_; }
+
     SimulatedSettings& settings() override { return settings_; }
 
     SimulatedStatusBar& statusBar() override { return statusBar_; }
@@ -85,6 +88,7 @@ class SimulatedPlatform final : public Platform {
     SimulatedLoginItems loginItems_;
     SimulatedPasteboard pasteboard_;
     SimulatedPowerSources powerSources_;
+    SimulatedProcesses processes_;
     SimulatedSettings settings_;
     SimulatedStatusBar statusBar_;
     SimulatedTasks tasks_;

@@ -3,34 +3,60 @@
 #include "platform/Workspace.h"
 
 #include <QList>
-#include <QMultiMap>
+#include <QMap>
+
+#include <mutex>
 
 namespace quorvane {
 
-/// The running applications, by bundle identifier.
+/// The applications of a laptop in memory, with a user who starts, switches and quits them.
 class SimulatedWorkspace final : public Workspace {
+    Q_OBJECT
+
   public:
-    [[nodiscard]] std::optional<std::int32_t>
-    processIdentifierOf(const QString& bundleIdentifier) const override {
-        const auto found = running_.constFind(bundleIdentifier);
-        return found == running_.constEnd() ? std::nullopt : std::optional(*found);
+    [[nodiscard]] std::vector<RunningApplication> runningApplications() const override;
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
+
+    [[nodiscard]] int runningCopies(const QString& bundleIdentifier) const override {
+        return copies_.value(bundleIdentifier);
     }
 
-    [[nodiscard]] int
-    runningApplicationsWithBundleIdentifier(const QString& bundleIdentifier) const override {
-        return static_cast<int>(running_.count(bundleIdentifier));
-    }
+    void hide(const RunningApplication& application) override;
+    void terminate(const RunningApplication& application) override;
 
     void openURL(const QUrl& url) override { openedURLs_.append(url); }
 
+    // What the user does.
+
+    void runCopy(const QString& bundleIdentifier) { ++copies_[bundleIdentifier]; }
+
+    /// The application starts in the background.
+    void run(const QString& bundleIdentifier, std::int32_t pid,
+             ActivationPolicy policy = ActivationPolicy::Regular);
+
+    /// Brings the application with this main process to the front; with 0, none.
+    void activate(std::int32_t pid);
+
+    /// The application ends; if it was in front, none is then.
+    void quit(std::int32_t pid);
+
+    // What came of it.
+
     [[nodiscard]] const QList<QUrl>& openedURLs() const { return openedURLs_; }
 
-    void run(const QString& bundleIdentifier, std::int32_t pid) {
-        running_.insert(bundleIdentifier, pid);
-    }
+    /// The identifiers of what was hidden, in order, each as often as it was told to.
+    [[nodiscard]] const QStringList& hidden() const { return hidden_; }
+
+    void forgetHidden() { hidden_.clear(); }
+
+    [[nodiscard]] const QList<std::int32_t>& terminated() const { return terminated_; }
 
   private:
-    QMultiMap<QString, std::int32_t> running_;
+    mutable std::mutex mutex_; ///< modules look from threads of their own
+    std::vector<RunningApplication> applications_;
+    QMap<QString, int> copies_;
+    QStringList hidden_;
+    QList<std::int32_t> terminated_;
     QList<QUrl> openedURLs_;
 };
 

@@ -62,7 +62,7 @@ TEST_F(AppDelegateTest, Quit_LetsQueuedWorkRunBeforeTheEnd) {
     start();
     brightness().setAppPausedWithPID(false, 4321);
     EXPECT_TRUE(quit());
-    ASSERT_EQ(laptop().tasks().runs().size(), 1);
+    ASSERT_EQ(laptop().processes().sentSignals().size(), 1);
     EXPECT_LT(logLines().indexOf(QStringLiteral("Finished with kill command")),
               logLines().indexOf(lastLine));
 }
@@ -75,8 +75,8 @@ TEST_F(AppDelegateTest, Start_RegistersDefaultsBeforeAnybodyReadsThem) {
 }
 
 TEST_F(AppDelegateTest, OtherEditionRuns_AlertAndTheEnd) {
-    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 10);
-    laptop().workspace().run(QStringLiteral("com.tarnwick.quorvane-setapp"), 11);
+    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
+    laptop().workspace().runCopy(QStringLiteral("com.tarnwick.quorvane-setapp"));
     start();
     ASSERT_EQ(laptop().windows().alerts().size(), 1U);
     const Alert& alert = laptop().windows().alerts().front();
@@ -94,14 +94,14 @@ TEST_F(AppDelegateTest, OtherEditionRuns_AlertAndTheEnd) {
 }
 
 TEST_F(AppDelegateTest, SecondCopyOfTheSameEdition_AlertAndTheEnd) {
-    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 10);
-    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 11);
+    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
+    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
     start();
     EXPECT_EQ(laptop().windows().alerts().size(), 1U);
 }
 
 TEST_F(AppDelegateTest, OnlyItselfRuns_Starts) {
-    laptop().workspace().run(QStringLiteral("com.TarnwickStudios.quorvane"), 10);
+    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
     start();
     EXPECT_TRUE(laptop().windows().alerts().empty());
     EXPECT_EQ(laptop().statusBar().itemCount(), 1);

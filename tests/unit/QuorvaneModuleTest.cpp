@@ -114,33 +114,29 @@ TEST_F(QuorvaneModuleTest, BaseClass_HasItsPlainTexts) {
     plain.recieveNotification({});
 }
 
-TEST_F(QuorvaneModuleTest, Pausing_RunsTheKillCommandOnTheGroupFromTheMainQueue) {
+TEST_F(QuorvaneModuleTest, Pausing_SendsStopToTheProcessGroupFromTheMainQueue) {
     EXPECT_TRUE(module().setAppPausedWithPID(true, 1234));
-    EXPECT_TRUE(laptop().tasks().runs().isEmpty());
+    EXPECT_TRUE(laptop().processes().sentSignals().isEmpty());
     SimulatedClock::runMainQueue();
-    ASSERT_EQ(laptop().tasks().runs().size(), 1);
-    EXPECT_EQ(laptop().tasks().runs().first().launchPath, QStringLiteral("/bin/kill"));
-    EXPECT_EQ(laptop().tasks().runs().first().arguments,
-              (QStringList{QStringLiteral("-STOP"), QStringLiteral("-1234")}));
+    EXPECT_EQ(laptop().processes().sentSignals(), QStringList{QStringLiteral("-STOP -1234")});
     EXPECT_EQ(laptop().logSink().count(QStringLiteral("Finished with kill command")), 1);
 }
 
 TEST_F(QuorvaneModuleTest, Resuming_UsesTheContinueSignal) {
     EXPECT_TRUE(module().setAppPausedWithPID(false, 1234));
     SimulatedClock::runMainQueue();
-    ASSERT_EQ(laptop().tasks().runs().size(), 1);
-    EXPECT_EQ(laptop().tasks().runs().first().arguments,
-              (QStringList{QStringLiteral("-CONT"), QStringLiteral("-1234")}));
+    EXPECT_EQ(laptop().processes().sentSignals(), QStringList{QStringLiteral("-CONT -1234")});
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Finished with kill command")), 1);
 }
 
-TEST_F(QuorvaneModuleTest, PausingByIdentifier_TakesTheRunningApplication) {
-    const QString browser = QStringLiteral("org.mozilla.firefox");
+TEST_F(QuorvaneModuleTest, PausingByIdentifier_TakesTheFirstRunningApplication) {
+    const QString browser = QStringLiteral("org.mozilla.Firefox");
     EXPECT_FALSE(module().setAppPausedWithIdentifier(true, browser));
     laptop().workspace().run(browser, 77);
+    laptop().workspace().run(browser, 78);
     EXPECT_TRUE(module().setAppPausedWithIdentifier(true, browser));
     SimulatedClock::runMainQueue();
-    ASSERT_EQ(laptop().tasks().runs().size(), 1);
-    EXPECT_EQ(laptop().tasks().runs().first().arguments.last(), QStringLiteral("-77"));
+    EXPECT_EQ(laptop().processes().sentSignals(), QStringList{QStringLiteral("-STOP -77")});
 }
 
 TEST_F(QuorvaneModuleTest, PausingEverythingOrOurOwnGroup_IsRefused) {
@@ -148,7 +144,7 @@ TEST_F(QuorvaneModuleTest, PausingEverythingOrOurOwnGroup_IsRefused) {
         EXPECT_TRUE(module().setAppPausedWithPID(true, pid));
     }
     SimulatedClock::runMainQueue();
-    EXPECT_TRUE(laptop().tasks().runs().isEmpty());
+    EXPECT_TRUE(laptop().processes().sentSignals().isEmpty());
 }
 
 TEST_F(QuorvaneModuleTest, RunCommand_GivesTheOutputAsUtf8) {
