@@ -21,6 +21,10 @@ BackgroundTimer::BackgroundTimer(Seconds timeInterval, Work work)
 BackgroundTimer::~BackgroundTimer() {
     stop();
     queue_.clear();
+    waitForRuns();
+}
+
+void BackgroundTimer::waitForRuns() {
     queue_.waitForDone();
 }
 

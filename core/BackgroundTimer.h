@@ -31,6 +31,9 @@ class BackgroundTimer {
     void stop();
     void fireTimer();
 
+    /// Waits until no run is under way or queued.
+    void waitForRuns();
+
     [[nodiscard]] bool isStarted() const { return timer_ != nullptr; }
 
     [[nodiscard]] Seconds timeInterval() const { return timeInterval_; }

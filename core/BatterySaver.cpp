@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <utility>
 
 namespace quorvane {
@@ -41,7 +40,7 @@ BatterySaver::BatterySaver()
     : notifier_(std::make_unique<NotificationController>()),
       modules_(SharedInstances::get<ModuleFactory>().makeModules()),
       turboModule_(moduleWithIdentifier(QStringLiteral("TurboModule"))),
-      created_(platform().clock().monotonic()) {
+      savingsTimer_(savingsPeriod, [this] { updateMinutesSaved(); }) {
     queueOnMain(this, [this] { bindSettings(); });
 }
 
@@ -137,23 +136,8 @@ void BatterySaver::disableWithNotification(bool alwaysShow) {
 }
 
 void BatterySaver::announceEnabled(bool enabled) {
-    enabled ? startSavingsTimer() : savingsTimer_.reset();
+    enabled ? savingsTimer_.start() : savingsTimer_.stop();
     setObserved(enabled_, enabled, QStringLiteral("enabled"));
-}
-
-/// The savings are counted at every full minute since the controller was made. While the mode is
-/// off there is nothing to count, and nothing to wake the machine for.
-void BatterySaver::startSavingsTimer() {
-    const auto passed = Seconds(platform().clock().monotonic() - created_);
-    const auto begun = Seconds(std::fmod(passed.count(), savingsPeriod.count()));
-    savingsTimer_ = scheduledTimerWithTimeInterval(
-        savingsPeriod - begun,
-        [this] {
-            savingsTimer_ = scheduledTimerWithTimeInterval(
-                savingsPeriod, [this] { updateMinutesSaved(); }, Repeats::Yes);
-            updateMinutesSaved();
-        },
-        Repeats::No);
 }
 
 void BatterySaver::setEnabled(bool enabled) {

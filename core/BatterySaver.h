@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/BlockTimers.h"
+#include "core/GridTimer.h"
 #include "core/ObservableObject.h"
 #include "core/QuorvaneModule.h"
 
@@ -100,7 +100,6 @@ class BatterySaver : public ObservableObject {
   private:
     void bindSettings();
     void announceEnabled(bool enabled);
-    void startSavingsTimer();
 
     bool enabled_ = false;
     float minutesSaved_ = 0.0F;
@@ -109,8 +108,7 @@ class BatterySaver : public ObservableObject {
     std::unique_ptr<NotificationController> notifier_;
     ModuleList modules_;
     QuorvaneModule* turboModule_ = nullptr;
-    Seconds created_;                          ///< on the monotonic clock
-    std::unique_ptr<BlockTimer> savingsTimer_; ///< only while the mode is on
+    GridTimer savingsTimer_; ///< only while the mode is on
 };
 
 /// Where the controller gets its modules from. A test puts its own in before the controller is

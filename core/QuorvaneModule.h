@@ -77,7 +77,8 @@ class QuorvaneModule : public ObservableObject {
     bool enabled_ = false;
 };
 
-using ModuleList = std::vector<std::unique_ptr<QuorvaneModule>>;
+/// Shared, because a module may be a shared instance as well.
+using ModuleList = std::vector<std::shared_ptr<QuorvaneModule>>;
 
 /// A module of class M, ready for use.
 template <class M>

@@ -11,10 +11,10 @@ SharedInstances& SharedInstances::instances() {
     return all;
 }
 
-void* SharedInstances::find(std::type_index type) const {
+std::shared_ptr<void> SharedInstances::find(std::type_index type) const {
     const auto entry = std::find_if(made_.begin(), made_.end(),
                                     [type](const auto& each) { return each.first == type; });
-    return entry == made_.end() ? nullptr : entry->second.get();
+    return entry == made_.end() ? nullptr : entry->second;
 }
 
 void SharedInstances::reset(std::unique_ptr<Platform> newPlatform) {

@@ -17,15 +17,20 @@ class SharedInstances {
     /// The shared instance of T, made with its default constructor on the first call.
     template <class T>
     static T& get() {
+        return *share<T>();
+    }
+
+    /// The same, for an owner beside this place.
+    template <class T>
+    static std::shared_ptr<T> share() {
         SharedInstances& all = instances();
         const std::lock_guard lock(all.mutex_);
-        if (void* found = all.find(typeid(T))) {
-            return *static_cast<T*>(found);
+        if (const std::shared_ptr<void> found = all.find(typeid(T))) {
+            return std::static_pointer_cast<T>(found);
         }
         auto made = std::make_shared<T>();
-        T& reference = *made;
-        all.made_.emplace_back(typeid(T), std::move(made));
-        return reference;
+        all.made_.emplace_back(typeid(T), made);
+        return made;
     }
 
     /// Ends all shared instances and exchanges the platform that they stood on. With no platform
@@ -34,7 +39,7 @@ class SharedInstances {
 
   private:
     static SharedInstances& instances();
-    [[nodiscard]] void* find(std::type_index type) const;
+    [[nodiscard]] std::shared_ptr<void> find(std::type_index type) const;
 
     std::recursive_mutex mutex_; // a constructor may fetch further instances
     std::vector<std::pair<std::type_index, std::shared_ptr<void>>> made_;

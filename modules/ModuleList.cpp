@@ -1,6 +1,9 @@
 #include "modules/ModuleList.h"
 
+#include "core/SharedInstances.h"
+#include "modules/AppNapModule.h"
 #include "modules/BrightnessModule.h"
+#include "modules/BrowserModule.h"
 
 namespace quorvane {
 
@@ -11,6 +14,8 @@ namespace quorvane {
 ModuleList makeModules() {
     ModuleList modules;
     modules.push_back(makeModule<BrightnessModule>());
+    modules.push_back(makeModule<BrowserModule>());
+    modules.push_back(SharedInstances::share<AppNapModule>());
     return modules;
 }
 
