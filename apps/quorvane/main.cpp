@@ -45,7 +45,10 @@ int main(int argc, char** argv) {
         "  MenuBarShowBatteryIcon=true|false    the icon is a gauge of the battery\n"
         "  MenuBarDisplayMode=0|1|2             beside it: nothing, percentage, time left\n"
         "  BrightnessModuleActivated=true|false dim the screen in Low Power Mode\n"
-        "  BrightnessModuleAmount=50            0 (darkest) to 100 (brightest)"));
+        "  BrightnessModuleAmount=50            0 (darkest) to 100 (brightest)\n"
+        "  BrowserModuleActivated=true|false    pause browsers in the background\n"
+        "  AppNapModuleActivated=true|false     hide applications that are not used\n"
+        "  AppNapModuleTimeInterval=5           minutes until they are hidden"));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption quit(

@@ -72,6 +72,10 @@
     <translation>Von neuen Versionen erfahren</translation>
   </message>
   <message>
+    <source>Hides applications you are not using, if you like</source>
+    <translation>Blendet unbenutzte Anwendungen aus, wenn Sie möchten</translation>
+  </message>
+  <message>
     <source>Install it with your system's software updates.</source>
     <translation>Installieren Sie es mit der Softwareaktualisierung Ihres Systems.</translation>
   </message>
@@ -142,6 +146,10 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Quorvane-Einstellungen öffnen …</translation>
+  </message>
+  <message>
+    <source>Pauses browsers in the background, if you like</source>
+    <translation>Hält Browser im Hintergrund an, wenn Sie möchten</translation>
   </message>
   <message>
     <source>Puts everything back afterwards</source>

@@ -72,6 +72,10 @@
     <translation>Être informé des nouvelles versions</translation>
   </message>
   <message>
+    <source>Hides applications you are not using, if you like</source>
+    <translation>Masque les applications inutilisées, si vous le souhaitez</translation>
+  </message>
+  <message>
     <source>Install it with your system's software updates.</source>
     <translation>Installez-le avec les mises à jour logicielles de votre système.</translation>
   </message>
@@ -142,6 +146,10 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Ouvrir les préférences de Quorvane…</translation>
+  </message>
+  <message>
+    <source>Pauses browsers in the background, if you like</source>
+    <translation>Suspend les navigateurs en arrière-plan, si vous le souhaitez</translation>
   </message>
   <message>
     <source>Puts everything back afterwards</source>

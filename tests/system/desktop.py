@@ -69,6 +69,7 @@ class Desktop:
         self.folder = tempfile.mkdtemp(prefix="quorvane-desktop-")
         self.processes = {}
         self.laptop = None
+        self.terminals = []  # descriptors of the shells' other ends
         self.entered = []  # former control group and process
         self.env = dict(
             PATH="/usr/sbin:/usr/bin:/sbin:/bin", LANG="C.UTF-8", HOME=self.path("home"),
@@ -107,14 +108,16 @@ class Desktop:
             self.control("leave", former, str(pid))
         for name in reversed(list(self.processes)):
             self.end(name)
+        for terminal in self.terminals:
+            os.close(terminal)
         if self.laptop:
             self.laptop.stop()
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    def spawn(self, name, command, extra=None, **options):
+    def spawn(self, name, command, extra=None, stdin=subprocess.DEVNULL, **options):
         with open(self.path(name + ".log"), "ab") as log:
             process = subprocess.Popen(
-                command, env=dict(self.env, **(extra or {})), stdin=subprocess.DEVNULL,
+                command, env=dict(self.env, **(extra or {})), stdin=stdin,
                 stdout=log, stderr=log, cwd=self.folder, preexec_fn=end_with_parent, **options)
         self.processes[name] = process
         return process
