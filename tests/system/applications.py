@@ -3,10 +3,14 @@ programs of X11."""
 
 import os
 import pty
+import shutil
 import subprocess
+import time
 
+import host_settings
 import processes
 from desktop import PATIENCE, wait_until
+from hosts import XFCONFD
 
 PAGE = """<!doctype html>
 <title>Busy %s</title><p id=count>0</p><script>
@@ -134,6 +138,44 @@ def by_setsid(desktop, name, command):
 
 def by_gio(desktop, name, entry):
     return desktop.spawn(name, ["gio", "launch", entry])
+
+
+class PanelLaunchers:
+    """xfce4-panel with one button for each browser, at its left end."""
+
+    ITEM = "launcher.desktop"
+    SIZE = 30
+
+    def __init__(self, desktop, browsers):
+        self.desktop = desktop
+        self.browsers = browsers
+        folder = desktop.path("home/.config/xfce4")
+        os.makedirs(folder + "/xfconf/xfce-perchannel-xml")
+        with open(folder + "/xfconf/xfce-perchannel-xml/xfce4-panel.xml", "w",
+                  encoding="utf-8") as file:
+            file.write(host_settings.panel(["launcher"] * len(browsers), self.ITEM))
+        for number, browser in enumerate(browsers, start=1):
+            place = f"{folder}/panel/launcher-{number}"
+            os.makedirs(place)
+            shutil.copy(browser.install_entry(), os.path.join(place, self.ITEM))
+
+    def start(self):
+        if "xfconfd" not in self.desktop.processes:
+            self.desktop.spawn("xfconfd", [XFCONFD])
+            wait_until(lambda: self.desktop.has_owner("session", "org.xfce.Xfconf"), "xfconfd")
+        self.desktop.spawn("panel", ["xfce4-panel", "--disable-wm-check",
+                                     "--sm-client-disable"])
+
+    def click(self, screen, browser):
+        """Again when the panel has not drawn its button yet."""
+        x = self.browsers.index(browser) * self.SIZE + self.SIZE // 2
+
+        def press():
+            screen.run("xdotool", "mousemove", str(x), str(self.SIZE // 2), "click", "1")
+            time.sleep(1)
+            return browser.processes()
+
+        wait_until(press, browser.name + " started by the panel", 60)
 
 
 class Screen:

@@ -29,6 +29,9 @@ PLUGIN = """
       <property name="expand" type="bool" value="true"/>
       <property name="style" type="uint" value="0"/>
       <property name="square-icons" type="bool" value="false"/>
+      <property name="items" type="array">
+        <value type="string" value="{item}"/>
+      </property>
       <property name="known-indicators" type="array">
         <value type="string" value="libayatana-application.so"/>
       </property>
@@ -47,9 +50,10 @@ WAYBAR = """{ "layer": "top", "position": "top", "height": 30, "modules-right": 
 WAYBAR_STYLE = "* { font-family: DejaVu Sans; font-size: 13px; border-radius: 0 }\n"
 
 
-def panel(plugins):
-    """xfce4-panel's settings with these plugins from left to right."""
+def panel(plugins, item=""):
+    """xfce4-panel's settings with these plugins from left to right. A launcher has the `item`, a
+    desktop entry in the launcher's own folder."""
     numbered = list(enumerate(plugins, start=1))
     return PANEL.format(
         ids="".join(f'<value type="int" value="{number}"/>' for number, _ in numbered),
-        plugins="".join(PLUGIN.format(id=number, name=name) for number, name in numbered))
+        plugins="".join(PLUGIN.format(id=number, name=name, item=item) for number, name in numbered))

@@ -6,8 +6,8 @@ import signal
 import time
 
 import processes
-from applications import (Chromium, Firefox, Screen, by_gio, by_setsid, from_job_control_shell,
-                          from_script)
+from applications import (Chromium, Firefox, PanelLaunchers, Screen, by_gio, by_setsid,
+                          from_job_control_shell, from_script)
 from desktop import wait_until
 from hosts import XFCONFD
 from resident import ResidentSession
@@ -53,6 +53,20 @@ class BrowserSession(ResidentSession):
     def open_both(self, how=by_setsid):
         for browser in self.browsers:
             self.open(browser, how)
+        self.screen.bring_to_front(OTHER)
+
+    def open_by_gio(self):
+        for browser in self.browsers:
+            by_gio(self.desktop, browser.name, browser.install_entry())
+            self.screen.window(browser.title)
+        self.screen.bring_to_front(OTHER)
+
+    def open_by_panel(self):
+        launchers = PanelLaunchers(self.desktop, self.browsers)
+        launchers.start()
+        for browser in self.browsers:
+            launchers.click(self.screen, browser)
+            self.screen.window(browser.title)
         self.screen.bring_to_front(OTHER)
 
     def switch(self, on):
@@ -113,10 +127,12 @@ class BrowsersUnderOpenboxTest(BrowserSession):
 
     def test_started_by_gio(self):
         self.start_session()
-        for browser in self.browsers:
-            by_gio(self.desktop, browser.name, browser.install_entry())
-            self.screen.window(browser.title)
-        self.screen.bring_to_front(OTHER)
+        self.open_by_gio()
+        self.check_whole_cycle()
+
+    def test_started_by_a_panel(self):
+        self.start_session()
+        self.open_by_panel()
         self.check_whole_cycle()
 
     # --- ends of all kinds
@@ -205,10 +221,12 @@ class BrowsersUnderXfwm4Test(BrowserSession):
 
     def test_started_by_gio(self):
         self.start_session()
-        for browser in self.browsers:
-            by_gio(self.desktop, browser.name, browser.install_entry())
-            self.screen.window(browser.title)
-        self.screen.bring_to_front(OTHER)
+        self.open_by_gio()
+        self.check_whole_cycle()
+
+    def test_started_by_a_panel(self):
+        self.start_session()
+        self.open_by_panel()
         self.check_whole_cycle()
 
 
