@@ -58,7 +58,9 @@ class ProcessTable {
     [[nodiscard]] bool holds(const ProcessIdentity& identity) const;
 
     /// By id.
-    [[nodiscard]] const std::map<std::int32_t, Process>& all() const { return processes_; }
+    [[nodiscard]] const std::map<std::int32_t, Process>& all() const& { return processes_; }
+
+    void all() && = delete; // a loop over a table that is gone
 
     /// Its parent, the parent's parent and so on.
     [[nodiscard]] std::vector<std::int32_t> ancestorsOf(std::int32_t pid) const;

@@ -58,9 +58,11 @@ void waitForEndOf(const JournalWriter& process) {
     }
 }
 
-/// Between fork and exec, where only system calls are allowed.
+/// Between fork and exec, where only system calls are allowed. What is ignored stays so behind
+/// exec.
 [[noreturn]] void becomeGuard(int guardsEnd, int errorPipe, const char* program,
                               char* const* arguments) {
+    handleGuardsSignals(SIG_IGN);
     releaseSignals();
     const int null = ::open("/dev/null", O_WRONLY);
     // Whoever reads the program's output would wait for the guard's end too.
@@ -174,7 +176,6 @@ std::optional<int> RestoreGuard::standIfAsked(int argc, char** argv) {
     constexpr int decimal = 10;
     const JournalWriter guarded{std::strtoll(argv[2], nullptr, decimal),
                                 std::strtoll(argv[3], nullptr, decimal)};
-    handleGuardsSignals(SIG_IGN);
     closeAllButStandardDescriptors();
     char word = 0;
     ssize_t size = 0;

@@ -108,7 +108,8 @@ class ProcessStormTest : public ProcessesFixture, public testing::WithParamInter
   protected:
     [[nodiscard]] static std::vector<Process> family(std::int32_t main) {
         std::vector<Process> found;
-        for (const auto& [id, process] : ProcessTable::read().all()) {
+        const ProcessTable table = ProcessTable::read();
+        for (const auto& [id, process] : table.all()) {
             if (id == main || process.parent == main) {
                 found.push_back(process);
             }

@@ -28,7 +28,14 @@ class ProcessesFixture : public testing::Test {
         openPort();
     }
 
-    void TearDown() override { processes.reset(); }
+    /// What the programs have started themselves ends with the namespace.
+    void TearDown() override {
+        processes.reset();
+        for (const std::unique_ptr<QProcess>& program : programs) {
+            program->kill();
+            program->waitForFinished();
+        }
+    }
 
     void openPort(const LinuxProcesses::Applications& applications = {},
                   const QString& guard = QStringLiteral(QUORVANE_PROGRAM)) {
@@ -126,7 +133,8 @@ class ProcessesFixture : public testing::Test {
     /// The processes that wait to put back.
     [[nodiscard]] static std::vector<std::int32_t> guards() {
         std::vector<std::int32_t> found;
-        for (const auto& [id, process] : ProcessTable::read().all()) {
+        const ProcessTable table = ProcessTable::read();
+        for (const auto& [id, process] : table.all()) {
             QFile file(QStringLiteral("/proc/%1/cmdline").arg(id));
             if (file.open(QIODevice::ReadOnly) && file.readAll().contains("--stand-guard")) {
                 found.push_back(id);

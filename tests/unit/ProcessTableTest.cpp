@@ -75,8 +75,10 @@ TEST_F(ProcessTableTest, ThisProcess_IsInTheKernelsTable) {
 TEST_F(ProcessTableTest, WhatIsNoProcess_IsPassedOver) {
     QDir().mkpath(proc.path() + QStringLiteral("/sys"));
     QDir().mkpath(proc.path() + QStringLiteral("/77")); // ended between listing and reading
-    EXPECT_EQ(proc.table().all().size(), 1U);
-    EXPECT_TRUE(ProcessTable::read(QStringLiteral("/no/such/folder")).all().empty());
+    const ProcessTable table = proc.table();
+    EXPECT_EQ(table.all().size(), 1U);
+    const ProcessTable none = ProcessTable::read(QStringLiteral("/no/such/folder"));
+    EXPECT_TRUE(none.all().empty());
 }
 
 TEST_F(ProcessTableTest, SameIdOtherStart_IsAnotherProcess) {
