@@ -47,6 +47,7 @@ int Resident::run() {
     auto machine = std::make_unique<LinuxPlatform>(sessionBus_, systemBus_, &copies);
     LinuxPlatform& platform = *machine;
     if (isFirst) {
+        platform.processes().putBack();
         platform.displays().putBack();
     }
     SharedInstances::reset(std::move(machine));
@@ -62,6 +63,7 @@ int Resident::run() {
     }
     // After a proper quit nothing is left to put back. After a signal the mode counts as on, for
     // the next start to decide on; the machine itself does not wait for that.
+    platform.processes().putBack();
     platform.displays().putBack();
     platform.finishPendingWork();
     SharedInstances::reset(nullptr);
@@ -96,6 +98,7 @@ int Resident::quitRunningCopy() {
 
 int Resident::restore() {
     LinuxPlatform machine(sessionBus_, systemBus_);
+    machine.processes().putBack();
     machine.displays().putBack();
     machine.finishPendingWork();
     return EXIT_SUCCESS;

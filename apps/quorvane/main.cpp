@@ -1,6 +1,7 @@
 #include "apps/quorvane/Resident.h"
 #include "platform/linux/EndOfSession.h"
 #include "platform/linux/LinuxBundle.h"
+#include "platform/linux/RestoreGuard.h"
 #include "platform/linux/Translation.h"
 
 #include <QCommandLineParser>
@@ -9,6 +10,7 @@
 #include <QFile>
 
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -25,6 +27,9 @@ QDBusConnection sessionBus() {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (const std::optional<int> status = quorvane::RestoreGuard::standIfAsked(argc, argv)) {
+        return *status;
+    }
     quorvane::EndOfSession::holdSignals();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quorvane"));

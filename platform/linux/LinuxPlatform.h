@@ -57,7 +57,7 @@ class LinuxPlatform final : public Platform {
 
     PowerSources& powerSources() override { return powerSources_; }
 
-    Processes& processes() override { return processes_; }
+    LinuxProcesses& processes() override { return processes_; }
 
     Settings& settings() override { return settings_; }
 

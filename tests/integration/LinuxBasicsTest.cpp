@@ -99,29 +99,6 @@ TEST_F(LinuxTasksTest, SignalsThatThisProgramHolds_EndItsTasks) {
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
-// With a program of the test's own: the real one could stop the whole machine.
-TEST_F(LinuxTasksTest, ProcessGroupGivenToKill_IsNeverMistakenForAnOption) {
-    const QTemporaryDir folder;
-    const QString kill = folder.filePath(QStringLiteral("kill"));
-    QFile program(kill);
-    ASSERT_TRUE(program.open(QIODevice::WriteOnly));
-    program.write("#!/bin/sh\necho \"$@\"\n");
-    program.close();
-    ASSERT_TRUE(program.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
-    const auto argumentsOf = [&](const QStringList& given) {
-        const auto task = tasks_.task(kill, given);
-        EXPECT_TRUE(task->launch());
-        EXPECT_TRUE(ends(*task));
-        return task->readOutput();
-    };
-    EXPECT_EQ(argumentsOf({QStringLiteral("-STOP"), QStringLiteral("-17002")}),
-              "-STOP -- -17002\n");
-    EXPECT_EQ(argumentsOf({QStringLiteral("-9"), QStringLiteral("-17002")}), "-9 -- -17002\n");
-    EXPECT_EQ(argumentsOf({QStringLiteral("-CONT"), QStringLiteral("17002")}), "-CONT 17002\n");
-    EXPECT_EQ(argumentsOf({QStringLiteral("-CONT"), QStringLiteral("--"), QStringLiteral("-5")}),
-              "-CONT -- -5\n");
-}
-
 TEST_F(LinuxTasksTest, ForgottenTask_EndsWithItsObject) {
     QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("pid"));

@@ -1,0 +1,167 @@
+#include "platform/linux/ProcessTable.h"
+
+#include <QDir>
+#include <QFile>
+#include <QList>
+
+#include <algorithm>
+#include <dirent.h>
+
+namespace quorvane {
+
+namespace {
+
+// Counted from the state, which is field 3 of proc(5).
+enum StatField { State, Parent, Group, Session, Terminal, StartTime = 22 - 3 };
+
+QByteArray textOfProcFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString pathInProc(const QString& procFolder, std::int32_t pid, const char* name) {
+    return QStringLiteral("%1/%2/%3").arg(procFolder).arg(pid).arg(QLatin1String(name));
+}
+
+bool isApplicationUnitName(const QString& name) {
+    return name.startsWith(QLatin1String("app-")) &&
+           (name.endsWith(QLatin1String(".scope")) || name.endsWith(QLatin1String(".service")));
+}
+
+} // namespace
+
+std::optional<Process> processFromStat(const QByteArray& stat) {
+    // "PID (NAME) STATE PPID ..."; the name may hold blanks and brackets.
+    const qsizetype nameBegin = stat.indexOf(" (");
+    const qsizetype nameEnd = stat.lastIndexOf(") ");
+    if (nameBegin < 0 || nameEnd < nameBegin) {
+        return std::nullopt;
+    }
+    const QList<QByteArray> fields = stat.mid(nameEnd + 2).split(' ');
+    if (fields.size() <= StartTime || fields.at(State) == "Z" || fields.at(State) == "X") {
+        return std::nullopt;
+    }
+    bool areNumbers = true;
+    const auto number = [&](const QByteArray& text) {
+        bool isNumber = false;
+        const qint64 value = text.toLongLong(&isNumber);
+        areNumbers = areNumbers && isNumber;
+        return value;
+    };
+    const auto id = [&](StatField field) {
+        return static_cast<std::int32_t>(number(fields.at(field)));
+    };
+    Process process;
+    process.identity = {static_cast<std::int32_t>(number(stat.left(nameBegin))),
+                        number(fields.at(StartTime))};
+    process.parent = id(Parent);
+    process.group = id(Group);
+    process.session = id(Session);
+    process.hasTerminal = id(Terminal) != 0;
+    process.isStopped = fields.at(State) == "T" || fields.at(State) == "t";
+    process.name = stat.mid(nameBegin + 2, nameEnd - nameBegin - 2);
+    return areNumbers ? std::optional(process) : std::nullopt;
+}
+
+QString applicationUnit(const QByteArray& cgroup) {
+    for (const QByteArray& line : cgroup.split('\n')) {
+        // "0::/PATH" where there is one hierarchy, "1:name=systemd:/PATH" where there are several
+        const QString path = QString::fromUtf8(line).section(QLatin1Char(':'), 2);
+        QStringList folders = path.split(QLatin1Char('/'));
+        while (!folders.isEmpty() && !isApplicationUnitName(folders.constLast())) {
+            folders.removeLast();
+        }
+        if (!folders.isEmpty()) {
+            return folders.join(QLatin1Char('/'));
+        }
+    }
+    return {};
+}
+
+ProcessTable ProcessTable::read(const QString& procFolder) {
+    ProcessTable table;
+    table.procFolder_ = procFolder;
+    DIR* const folder = ::opendir(QFile::encodeName(procFolder).constData());
+    if (folder == nullptr) {
+        return table;
+    }
+    while (const dirent* const entry = ::readdir(folder)) { // NOLINT(concurrency-mt-unsafe)
+        bool isNumber = false;
+        const std::int32_t pid =
+            QByteArray(static_cast<const char*>(entry->d_name)).toInt(&isNumber);
+        if (!isNumber) {
+            continue;
+        }
+        if (std::optional<Process> process = look(pid, procFolder)) {
+            table.processes_.emplace(pid, std::move(*process));
+        }
+    }
+    ::closedir(folder);
+    return table;
+}
+
+std::optional<Process> ProcessTable::look(std::int32_t pid, const QString& procFolder) {
+    return processFromStat(textOfProcFile(pathInProc(procFolder, pid, "stat")));
+}
+
+const Process* ProcessTable::find(std::int32_t pid) const {
+    const auto found = processes_.find(pid);
+    return found == processes_.end() ? nullptr : &found->second;
+}
+
+bool ProcessTable::holds(const ProcessIdentity& identity) const {
+    const Process* const process = find(identity.pid);
+    return process != nullptr && process->identity == identity;
+}
+
+std::vector<std::int32_t> ProcessTable::ancestorsOf(std::int32_t pid) const {
+    std::vector<std::int32_t> ancestors;
+    const Process* process = find(pid);
+    // The table is not read in one instant: ids that are used again may close a circle.
+    while (process != nullptr && process->parent > 0 && process->parent != pid &&
+           std::find(ancestors.begin(), ancestors.end(), process->parent) == ancestors.end()) {
+        ancestors.push_back(process->parent);
+        process = find(process->parent);
+    }
+    return ancestors;
+}
+
+QString ProcessTable::executableOf(std::int32_t pid) const {
+    const QByteArray link = QFile::encodeName(pathInProc(procFolder_, pid, "exe"));
+    QString path = QFile::symLinkTarget(QFile::decodeName(link));
+    constexpr QLatin1String replaced(" (deleted)"); // by an update, while it runs
+    if (path.endsWith(replaced)) {
+        path.chop(replaced.size());
+    }
+    return path.section(QLatin1Char('/'), -1);
+}
+
+QString ProcessTable::applicationUnitOf(std::int32_t pid) const {
+    return applicationUnit(fileOf(pid, "cgroup"));
+}
+
+bool ProcessTable::belongsTo(std::int32_t pid, std::uint32_t user) const {
+    // "Uid:\tREAL\tEFFECTIVE\tSAVED\tFILES". The owner of the folder would be root for every
+    // process that does not let itself be looked into.
+    constexpr char label[] = "\nUid:\t";
+    const QByteArray status = fileOf(pid, "status");
+    const qsizetype begin = status.indexOf(label);
+    if (begin < 0) {
+        return false;
+    }
+    const qsizetype first = begin + static_cast<qsizetype>(sizeof label) - 1;
+    const QList<QByteArray> users =
+        status.mid(first, status.indexOf('\n', first) - first).split('\t');
+    const QByteArray wanted = QByteArray::number(user);
+    return users.size() >= 2 && users.at(0) == wanted && users.at(1) == wanted;
+}
+
+bool ProcessTable::isLoginShell(std::int32_t pid) const {
+    return fileOf(pid, "cmdline").startsWith('-');
+}
+
+QByteArray ProcessTable::fileOf(std::int32_t pid, const char* name) const {
+    return textOfProcFile(pathInProc(procFolder_, pid, name));
+}
+
+} // namespace quorvane

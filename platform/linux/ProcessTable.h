@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace quorvane {
+
+/// Tells one process from every other, also from a later one that has got its id.
+struct ProcessIdentity {
+    std::int32_t pid = 0;
+    qint64 startTime = 0; ///< clock ticks from the machine's start to the process's
+
+    [[nodiscard]] auto operator<=>(const ProcessIdentity&) const = default;
+};
+
+/// What the kernel says of one process in /proc/PID/stat.
+struct Process {
+    ProcessIdentity identity;
+    std::int32_t parent = 0;
+    std::int32_t group = 0;   ///< 0 when it was made outside of this PID namespace
+    std::int32_t session = 0; ///< the id of the process that leads it
+    bool hasTerminal = false;
+    bool isStopped = false; ///< by a signal or by a debugger
+    QByteArray name;        ///< cut by the kernel after 15 bytes
+
+    [[nodiscard]] std::int32_t pid() const { return identity.pid; }
+
+    [[nodiscard]] bool leadsSession() const { return session == identity.pid; }
+
+    [[nodiscard]] bool operator==(const Process&) const = default;
+};
+
+/// From the text of a /proc/PID/stat. Nothing when the process has ended, or the text is none of
+/// that kind.
+[[nodiscard]] std::optional<Process> processFromStat(const QByteArray& stat);
+
+/// The place of the application's unit in the text of a /proc/PID/cgroup: the path down to the
+/// innermost scope or service whose name begins with "app-". Empty when there is none.
+[[nodiscard]] QString applicationUnit(const QByteArray& cgroup);
+
+/// One look at all processes. What is told of a single one beyond `Process` is read when it is
+/// asked for; a process that has ended by then has nothing to tell.
+class ProcessTable {
+  public:
+    [[nodiscard]] static ProcessTable read(const QString& procFolder = QStringLiteral("/proc"));
+
+    /// One process as it is now.
+    [[nodiscard]] static std::optional<Process>
+    look(std::int32_t pid, const QString& procFolder = QStringLiteral("/proc"));
+
+    [[nodiscard]] const Process* find(std::int32_t pid) const;
+
+    [[nodiscard]] bool holds(const ProcessIdentity& identity) const;
+
+    /// By id.
+    [[nodiscard]] const std::map<std::int32_t, Process>& all() const& { return processes_; }
+
+    void all() && = delete; // a loop over a table that is gone
+
+    /// Its parent, the parent's parent and so on.
+    [[nodiscard]] std::vector<std::int32_t> ancestorsOf(std::int32_t pid) const;
+
+    /// The file name of the program that it runs. Empty when that is not ours to know.
+    [[nodiscard]] QString executableOf(std::int32_t pid) const;
+
+    /// As `applicationUnit` tells.
+    [[nodiscard]] QString applicationUnitOf(std::int32_t pid) const;
+
+    /// Whether it runs for this user and with this user's rights.
+    [[nodiscard]] bool belongsTo(std::int32_t pid, std::uint32_t user) const;
+
+    /// Whether it was started as the shell of a login, which the first argument's "-" tells.
+    [[nodiscard]] bool isLoginShell(std::int32_t pid) const;
+
+  private:
+    [[nodiscard]] QByteArray fileOf(std::int32_t pid, const char* name) const;
+
+    QString procFolder_;
+    std::map<std::int32_t, Process> processes_;
+};
+
+} // namespace quorvane
