@@ -24,6 +24,9 @@ quorvane_require(UDEV_FOUND "libudev" "libudev-dev")
 pkg_check_modules(XCB QUIET IMPORTED_TARGET xcb)
 quorvane_require(XCB_FOUND "libxcb (for what the windows ask of the window manager)" "libxcb1-dev")
 
+pkg_check_modules(XCB_RES QUIET IMPORTED_TARGET xcb-res)
+quorvane_require(XCB_RES_FOUND "libxcb-res (for which process a window belongs to)" "libxcb-res0-dev")
+
 pkg_check_modules(SYSTEMD QUIET IMPORTED_TARGET libsystemd)
 quorvane_require(SYSTEMD_FOUND "libsystemd (for the journal)" "libsystemd-dev")
 

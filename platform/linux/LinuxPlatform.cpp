@@ -20,7 +20,7 @@ LinuxPlatform::LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConne
                  bundle_.contentsFolder() + QStringLiteral("/Resources/StatusImages")),
       updates_(systemBus, QCoreApplication::applicationFilePath()),
       userNotifications_(sessionBus, log_), windows_(bundle_.contentsFolder(), log_),
-      workspace_(copies, bundle_.identifier(), log_) {}
+      workspace_(copies, bundle_.identifier(), bundle_.contentsFolder(), log_) {}
 
 void LinuxPlatform::finishPendingWork() {
     displays_.waitForWrites(lastPatience);

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "platform/linux/SessionWindow.h"
+#include "platform/linux/X11Connection.h"
+#include "platform/linux/X11ServerWatch.h"
+#include "platform/linux/X11WindowReader.h"
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <deque>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace quorvane {
+
+/// The windows that the window manager of an X server lists, and the active one. Woken by changes
+/// of the root window's properties only, works only for those two, and never waits for the server
+/// once it is connected. When the server goes there are no windows, until one is back on the same
+/// display. Main thread only.
+class X11Session final : public QObject {
+    Q_OBJECT
+
+  public:
+    X11Session();
+    ~X11Session() override;
+    X11Session(const X11Session&) = delete;
+    X11Session& operator=(const X11Session&) = delete;
+
+    /// Connects, now or as soon as there is a server.
+    void open();
+
+    [[nodiscard]] bool isConnected() const { return connection_ != nullptr; }
+
+    /// In the window manager's order, oldest first; the active one is among them also when it is
+    /// not listed. Those of the X server and of the window manager have no process.
+    [[nodiscard]] std::vector<SessionWindow> windows() const;
+
+    /// 0: none.
+    [[nodiscard]] std::uint32_t activeWindow() const { return active_; }
+
+    void iconify(std::uint32_t window);
+
+    /// Asks the window to close, as its user would.
+    void close(std::uint32_t window);
+
+    /// How many times the server has woken this program.
+    [[nodiscard]] std::uint64_t wakeUps() const { return wakeUps_; }
+
+  Q_SIGNALS:
+    /// The windows, or the active one, are not what they were.
+    void changed();
+
+    /// There is no server to connect to.
+    void unavailable();
+
+  private:
+    struct Known {
+        SessionWindow window;
+        bool isRead = false;
+    };
+
+    [[nodiscard]] bool connectNow();
+    void wake();
+    void work();
+    [[nodiscard]] bool takeEvents();
+    [[nodiscard]] bool takeAnswers();
+    [[nodiscard]] bool takeList();
+    [[nodiscard]] bool takeActive();
+    [[nodiscard]] bool takeManager();
+    [[nodiscard]] bool takeWindow();
+    [[nodiscard]] bool ask();
+    [[nodiscard]] unsigned askRoot(X11Atom property, std::uint32_t length) const;
+    void setList(std::vector<std::uint32_t> listed);
+    void read(std::uint32_t window);
+    [[nodiscard]] bool isSettled() const;
+    void lose();
+    void flush();
+
+    std::unique_ptr<X11Connection> connection_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    std::unique_ptr<X11ServerWatch> watch_; ///< while there is no server
+
+    std::vector<std::uint32_t> listed_;
+    std::unordered_map<std::uint32_t, Known> known_;
+    std::deque<X11WindowReader> readers_; ///< in the order of their requests
+    std::uint32_t active_ = 0;
+    std::int32_t manager_ = 0; ///< the window manager's process; 0: unknown
+
+    // Numbers of requests that have no answer yet; 0: none.
+    unsigned listRequest_ = 0;
+    unsigned activeRequest_ = 0;
+    unsigned managerRequest_ = 0;
+    unsigned managerProcessRequest_ = 0;
+
+    bool isListStale_ = false;
+    bool isActiveStale_ = false;
+    bool hasChanged_ = false;
+    std::uint64_t wakeUps_ = 0;
+};
+
+} // namespace quorvane
