@@ -21,6 +21,9 @@
 
 #include <QDBusConnection>
 
+#include <cstdint>
+#include <set>
+
 namespace quorvane {
 
 class RunningCopies;
@@ -77,6 +80,8 @@ class LinuxPlatform final : public Platform {
     void finishPendingWork();
 
   private:
+    [[nodiscard]] std::set<std::int32_t> mainProcesses() const;
+
     LinuxLog log_;
     PuttingBackJournal journal_;
     AbsentHelper helper_;

@@ -201,7 +201,7 @@ class BrowsersUnderOpenboxTest(BrowserSession):
         self.check_nothing_is_stopped()
 
 
-class BrowsersUnderXfwm4Test(BrowserSession):
+class BrowsersUnderXfwmTest(BrowserSession):
     window_manager = staticmethod(xfwm4)
 
     def test_started_from_a_script(self):
