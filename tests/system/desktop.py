@@ -106,10 +106,10 @@ class Desktop:
     def stop(self):
         for former, pid in self.entered:
             self.control("leave", former, str(pid))
+        for terminal in self.terminals:  # a shell at a terminal ends with that, by no signal of ours
+            os.close(terminal)
         for name in reversed(list(self.processes)):
             self.end(name)
-        for terminal in self.terminals:
-            os.close(terminal)
         if self.laptop:
             self.laptop.stop()
         shutil.rmtree(self.folder, ignore_errors=True)
