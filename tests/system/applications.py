@@ -3,7 +3,6 @@ programs of X11."""
 
 import os
 import pty
-import shutil
 import subprocess
 import time
 
@@ -74,10 +73,13 @@ class Browser:
         return sum(processes.ticks(pid) for pid in self.processes())
 
     def install_entry(self):
-        """An entry with the options that a test needs, in front of the distribution's own."""
+        """In front of the distribution's own."""
         folder = self.desktop.path("home/.local/share/applications")
         os.makedirs(folder, exist_ok=True)
-        path = os.path.join(folder, self.entry + ".desktop")
+        return self.write_entry(os.path.join(folder, self.entry + ".desktop"))
+
+    def write_entry(self, path):
+        """A desktop entry with the options that a test needs."""
         with open(path, "w", encoding="utf-8") as file:
             file.write(ENTRY.format(name=self.name, command=" ".join(self.command),
                                     window_class=self.window_class))
@@ -141,7 +143,8 @@ def by_gio(desktop, name, entry):
 
 
 class PanelLaunchers:
-    """xfce4-panel with one button for each browser, at its left end."""
+    """xfce4-panel with one button for each browser, at its left end. To be made before anything reads
+    Xfce's settings."""
 
     ITEM = "launcher.desktop"
     SIZE = 30
@@ -157,7 +160,7 @@ class PanelLaunchers:
         for number, browser in enumerate(browsers, start=1):
             place = f"{folder}/panel/launcher-{number}"
             os.makedirs(place)
-            shutil.copy(browser.install_entry(), os.path.join(place, self.ITEM))
+            browser.write_entry(os.path.join(place, self.ITEM))
 
     def start(self):
         if "xfconfd" not in self.desktop.processes:

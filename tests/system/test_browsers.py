@@ -37,6 +37,7 @@ class BrowserSession(ResidentSession):
         self.screen = Screen(desktop)
         self.browsers = [Chromium(desktop), Firefox(desktop)]
         self.chromium, self.firefox = self.browsers
+        self.launchers = PanelLaunchers(desktop, self.browsers)
         type(self).window_manager(desktop)
         wait_until(lambda: "window id" in self.screen.run("xprop", "-root",
                                                           "_NET_SUPPORTING_WM_CHECK"),
@@ -62,10 +63,9 @@ class BrowserSession(ResidentSession):
         self.screen.bring_to_front(OTHER)
 
     def open_by_panel(self):
-        launchers = PanelLaunchers(self.desktop, self.browsers)
-        launchers.start()
+        self.launchers.start()
         for browser in self.browsers:
-            launchers.click(self.screen, browser)
+            self.launchers.click(self.screen, browser)
             self.screen.window(browser.title)
         self.screen.bring_to_front(OTHER)
 
