@@ -85,8 +85,9 @@ LinuxProcesses::Step LinuxProcesses::stopWhatAppeared(std::int32_t pid, Stopping
         });
     const std::vector<StoppedProcess> found = appeared(application, stopping, asGroup);
     if (found.empty()) {
-        const bool allStand = !hasAny(application.parentsFirst(),
-                                      [](const Process& each) { return !each.isStopped; });
+        const bool allStand = !hasAny(application.parentsFirst(), [&](const Process& each) {
+            return !each.isStopped && !stopping.stoppedByOthers.contains(each.identity);
+        });
         return allStand ? Step::Done : Step::Waiting;
     }
     if (!writeDown(found)) {
