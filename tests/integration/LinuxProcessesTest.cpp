@@ -127,7 +127,7 @@ class ProcessStormTest : public ProcessesFixture, public testing::WithParamInter
 TEST_P(ProcessStormTest, StartsProcessesWhileItIsStopped_AllStandInTheEnd) {
     const std::int32_t main =
         idOf(scenario({QStringLiteral("storm")}, GetParam() ? Group::ItsOwn : Group::OfTheTest));
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 4; ++i) {
         ASSERT_TRUE(waitUntil([main] { return family(main).size() > 20; }));
         processes->stop(main);
         EXPECT_EQ(runningOnes(main), 0U);
