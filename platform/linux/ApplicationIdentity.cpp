@@ -102,9 +102,10 @@ QByteArray ApplicationIdentity::idOfWindow(const WindowNames& window) {
 QByteArray ApplicationIdentity::idOfProgram(const ProcessFacts& process) {
     const QByteArray executable = fileNameOf(process.executable);
     const QByteArray name = fileNameOf(process.firstArgument);
-    for (const QByteArray& program :
-         isInterpreter(executable) ? QList<QByteArray>{name, fileNameOf(process.secondArgument)}
-                                   : QList<QByteArray>{executable, name}) {
+    const std::array programs = isInterpreter(executable)
+                                    ? std::array{name, fileNameOf(process.secondArgument)}
+                                    : std::array{executable, name};
+    for (const QByteArray& program : programs) {
         if (program.isEmpty() || isInterpreter(program)) {
             continue;
         }

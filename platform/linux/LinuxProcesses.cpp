@@ -85,8 +85,9 @@ LinuxProcesses::Step LinuxProcesses::stopWhatAppeared(std::int32_t pid, Stopping
         });
     const std::vector<StoppedProcess> found = appeared(application, stopping, asGroup);
     if (found.empty()) {
-        const bool allStand = !hasAny(application.parentsFirst(),
-                                      [](const Process& each) { return !each.isStopped; });
+        const bool allStand = !hasAny(application.parentsFirst(), [&](const Process& each) {
+            return !each.isStopped && !stopping.stoppedByOthers.contains(each.identity);
+        });
         return allStand ? Step::Done : Step::Waiting;
     }
     if (!writeDown(found)) {
@@ -158,8 +159,11 @@ bool LinuxProcesses::writeDown(const std::vector<StoppedProcess>& processes) {
             const JournalEntry entry = processEntry(process, journal_.self());
             const auto known =
                 std::find_if(entries.begin(), entries.end(), [&](const JournalEntry& each) {
+                    if (each.key != entry.key || each.writer != entry.writer) {
+                        return false; // the quick way past most of them
+                    }
                     const std::optional<StoppedProcess> other = stoppedProcess(each);
-                    return each.writer == journal_.self() && other && other->isSameAs(process);
+                    return other && other->isSameAs(process);
                 });
             known == entries.end() ? entries.push_back(entry) : void(*known = entry);
         }

@@ -12,7 +12,16 @@ namespace quorvane {
 namespace {
 
 // Counted from the state, which is field 3 of proc(5).
-enum StatField { State, Parent, Group, Session, Terminal, StartTime = 22 - 3 };
+namespace statField {
+
+constexpr qsizetype state = 0;
+constexpr qsizetype parent = 1;
+constexpr qsizetype group = 2;
+constexpr qsizetype session = 3;
+constexpr qsizetype terminal = 4;
+constexpr qsizetype startTime = 22 - 3;
+
+} // namespace statField
 
 QByteArray textOfProcFile(const QString& path) {
     QFile file(path);
@@ -38,7 +47,8 @@ std::optional<Process> processFromStat(const QByteArray& stat) {
         return std::nullopt;
     }
     const QList<QByteArray> fields = stat.mid(nameEnd + 2).split(' ');
-    if (fields.size() <= StartTime || fields.at(State) == "Z" || fields.at(State) == "X") {
+    if (fields.size() <= statField::startTime || fields.at(statField::state) == "Z" ||
+        fields.at(statField::state) == "X") {
         return std::nullopt;
     }
     bool areNumbers = true;
@@ -48,17 +58,17 @@ std::optional<Process> processFromStat(const QByteArray& stat) {
         areNumbers = areNumbers && isNumber;
         return value;
     };
-    const auto id = [&](StatField field) {
+    const auto id = [&](qsizetype field) {
         return static_cast<std::int32_t>(number(fields.at(field)));
     };
     Process process;
     process.identity = {static_cast<std::int32_t>(number(stat.left(nameBegin))),
-                        number(fields.at(StartTime))};
-    process.parent = id(Parent);
-    process.group = id(Group);
-    process.session = id(Session);
-    process.hasTerminal = id(Terminal) != 0;
-    process.isStopped = fields.at(State) == "T" || fields.at(State) == "t";
+                        number(fields.at(statField::startTime))};
+    process.parent = id(statField::parent);
+    process.group = id(statField::group);
+    process.session = id(statField::session);
+    process.hasTerminal = id(statField::terminal) != 0;
+    process.isStopped = fields.at(statField::state) == "T" || fields.at(statField::state) == "t";
     process.name = stat.mid(nameBegin + 2, nameEnd - nameBegin - 2);
     return areNumbers ? std::optional(process) : std::nullopt;
 }

@@ -25,7 +25,7 @@ constexpr QLatin1String pidMember("pid");
 constexpr QLatin1String startMember("start");
 
 // For a process that has the journal now; a stopped one must not hold up the start of the program.
-constexpr std::chrono::milliseconds patience{500};
+constexpr std::chrono::milliseconds lockPatience{500};
 
 constexpr mode_t ownerOnly = 0700;
 constexpr auto readableByOwner = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
@@ -77,7 +77,7 @@ std::optional<PuttingBackJournal::Entries> PuttingBackJournal::entries() {
     if (!QFile::exists(path_)) {
         return Entries();
     }
-    const FileLock lock(path_ + QLatin1String(".lock"), patience);
+    const FileLock lock(path_ + QLatin1String(".lock"), lockPatience);
     if (!lock.isHeld()) {
         failed(lock.error());
         return std::nullopt;
@@ -89,7 +89,7 @@ bool PuttingBackJournal::update(const std::function<void(Entries&)>& change) {
     if (!makeFolder()) {
         return false;
     }
-    const FileLock lock(path_ + QLatin1String(".lock"), patience);
+    const FileLock lock(path_ + QLatin1String(".lock"), lockPatience);
     if (!lock.isHeld()) {
         return failed(lock.error());
     }

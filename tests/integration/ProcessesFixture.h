@@ -30,11 +30,16 @@ class ProcessesFixture : public testing::Test {
 
     /// What the programs have started themselves ends with the namespace.
     void TearDown() override {
+        if (!processes) {
+            return;
+        }
+        processes->putBack();
         processes.reset();
         for (const std::unique_ptr<QProcess>& program : programs) {
             program->kill();
             program->waitForFinished();
         }
+        EXPECT_TRUE(waitUntil([] { return guards().empty(); })) << "for the next test";
     }
 
     void openPort(const LinuxProcesses::Applications& applications = {},

@@ -1,4 +1,5 @@
 #include "tests/integration/ProcessesFixture.h"
+#include "tests/support/PrivateBus.h"
 
 #include <QDir>
 
@@ -110,7 +111,7 @@ TEST_F(ProcessesPuttingBackTest, GuardKilled_TheNextStopPostsAnother) {
     ASSERT_TRUE(oneGuardStands());
     const std::int32_t first = guards().front();
     sendTo(first, SIGKILL);
-    ASSERT_TRUE(waitUntil([] { return guards().empty(); }));
+    ASSERT_TRUE(waitUntil([first] { return !ProcessTable::look(first); }));
     processes->stop(main);
     ASSERT_TRUE(oneGuardStands());
     processes->resume(main);
@@ -174,6 +175,23 @@ TEST_F(ProcessesPuttingBackTest, LeftByADeadRun_IsResumed) {
     processes->putBack();
     EXPECT_TRUE(runs(main));
     EXPECT_EQ(journalled(), 0U);
+}
+
+TEST_F(ProcessesPuttingBackTest, LeftByADeadRun_IsResumedByTheNextStartOfTheProgram) {
+    const PrivateBus bus(PrivateBus::Type::Session);
+    ASSERT_TRUE(bus.isRunning());
+    const std::int32_t main = startApplication();
+    journalOf(dead, {identityOf(main), main, true});
+    sendTo(main, SIGSTOP);
+    ASSERT_TRUE(stops(main));
+    qputenv("HOME", folder.path().toUtf8());
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/no");
+    QProcess resident;
+    resident.start(QStringLiteral(QUORVANE_PROGRAM), {});
+    EXPECT_TRUE(runs(main));
+    EXPECT_TRUE(waitUntil([this] { return journalled() == 0; }));
+    resident.terminate();
+    EXPECT_TRUE(resident.waitForFinished());
 }
 
 TEST_F(ProcessesPuttingBackTest, DiedBeforeItWroteDownWhatTheGroupGot_TheGroupIsResumed) {

@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-constexpr std::int32_t self = 900;
+constexpr std::int32_t residentPid = 900;
 constexpr std::int32_t browser = 100;
 constexpr std::uint32_t user = 1000;
 constexpr const char* browsersUnit = "/user.slice/app.slice/app-browser-100.scope";
@@ -23,7 +23,7 @@ class ApplicationProcessesTest : public testing::Test {
   protected:
     ApplicationProcessesTest() {
         proc.add({.pid = 800, .executable = "/usr/bin/some-launcher", .name = "some-launcher"});
-        proc.add({.pid = self,
+        proc.add({.pid = residentPid,
                   .parent = 800,
                   .executable = "/opt/Quorvane.app/Contents/Linux/resident",
                   .name = "resident"});
@@ -45,7 +45,7 @@ class ApplicationProcessesTest : public testing::Test {
     [[nodiscard]] Outcome look(std::int32_t main = browser,
                                const std::set<std::int32_t>& others = {}) const {
         const ProcessTable table = proc.table();
-        const ProtectedProcesses protectedOnes(table, self, user);
+        const ProtectedProcesses protectedOnes(table, residentPid, user);
         const ApplicationProcesses application(table, main, protectedOnes, others);
         Outcome outcome{{}, application.hasGroupOfItsOwn(), application.refusal()};
         for (const Process& each : application.parentsFirst()) {
@@ -206,7 +206,7 @@ TEST_F(ApplicationProcessesTest, WhatEverybodyNeeds_IsRefusedWithTheReason) {
     EXPECT_EQ(refusal(-1), QStringLiteral("it is no process of an application"));
     EXPECT_EQ(refusal(0), QStringLiteral("it is no process of an application"));
     EXPECT_EQ(refusal(1), QStringLiteral("it is no process of an application"));
-    EXPECT_EQ(refusal(self), QStringLiteral("it is Quorvane itself"));
+    EXPECT_EQ(refusal(residentPid), QStringLiteral("it is Quorvane itself"));
     EXPECT_EQ(refusal(800), QStringLiteral("Quorvane was started from it"));
     EXPECT_EQ(refusal(99), QStringLiteral("there is no such process"));
     EXPECT_EQ(refusal(103), QStringLiteral("dbus-daemon is a message bus"));
@@ -217,8 +217,8 @@ TEST_F(ApplicationProcessesTest, WhatEverybodyNeeds_IsRefusedWithTheReason) {
 TEST_F(ApplicationProcessesTest, QuorvaneStartedFromTheApplication_IsNeverAmongIt) {
     proc.add({.pid = browser, .unit = browsersUnit});
     proc.add({.pid = 101, .parent = browser, .unit = browsersUnit});
-    proc.add({.pid = self, .parent = 101, .unit = browsersUnit});
-    proc.add({.pid = 102, .parent = self, .unit = browsersUnit});
+    proc.add({.pid = residentPid, .parent = 101, .unit = browsersUnit});
+    proc.add({.pid = 102, .parent = residentPid, .unit = browsersUnit});
     EXPECT_EQ(look().refusal, QStringLiteral("Quorvane was started from it"));
     EXPECT_THAT(look(102).own, ElementsAre(102));
 }
