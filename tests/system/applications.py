@@ -5,6 +5,7 @@ import os
 import pty
 import subprocess
 import time
+import unittest
 
 import host_settings
 import processes
@@ -140,6 +141,44 @@ def by_setsid(desktop, name, command):
 
 def by_gio(desktop, name, entry):
     return desktop.spawn(name, ["gio", "launch", entry])
+
+
+class ControlGroup:
+    """A unit of the user's service manager as the kernel has it: a control group with its name."""
+
+    def __init__(self, unit):
+        root = next((each for each in ("/sys/fs/cgroup/unified", "/sys/fs/cgroup")
+                     if os.path.exists(each + "/cgroup.procs")), None)
+        if root is None:
+            raise unittest.SkipTest("no cgroup2")
+        # The namespace has a number of its own: tests at the same time must not share a unit.
+        slice_ = f"user.slice/user-{os.getuid()}.slice/quorvane-test-{os.stat('/proc').st_dev}"
+        self.path = os.path.join(root, slice_, "app.slice", unit)
+        self.made = []
+        try:
+            self.make(root)
+        except OSError as error:
+            self.remove()
+            raise unittest.SkipTest(f"no control group can be made: {error}") from error
+
+    def make(self, root):
+        path = root
+        for name in os.path.relpath(self.path, root).split(os.sep):
+            path = os.path.join(path, name)
+            if not os.path.isdir(path):
+                os.mkdir(path)
+                self.made.append(path)
+
+    def start(self, desktop, name, command):
+        return desktop.spawn(name, ["sh", "-c", f"echo $$ > {self.path}/cgroup.procs; exec \"$@\"",
+                                    "sh", *command])
+
+    def remove(self):
+        for path in reversed(self.made):
+            try:
+                os.rmdir(path)
+            except OSError:
+                pass  # somebody else has made a unit in it
 
 
 class PanelLaunchers:

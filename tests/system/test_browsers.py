@@ -6,8 +6,8 @@ import signal
 import time
 
 import processes
-from applications import (Chromium, Firefox, PanelLaunchers, Screen, by_gio, by_setsid,
-                          from_job_control_shell, from_script)
+from applications import (Chromium, ControlGroup, Firefox, PanelLaunchers, Screen, by_gio,
+                          by_setsid, from_job_control_shell, from_script)
 from desktop import wait_until
 from hosts import XFCONFD
 from resident import ResidentSession
@@ -134,6 +134,25 @@ class BrowsersUnderOpenboxTest(BrowserSession):
         self.start_session()
         self.open_by_panel()
         self.check_whole_cycle()
+
+    # --- in a unit of their own, which neither the test nor the panel is in
+
+    def check_units(self, *units):
+        self.start_session()
+        for browser, unit in zip(self.browsers, units):
+            group = ControlGroup(unit)
+            self.addCleanup(group.remove)
+            # in the same process group as everything else here
+            group.start(self.desktop, browser.name, browser.command)
+            self.screen.window(browser.title)
+        self.screen.bring_to_front(OTHER)
+        self.check_whole_cycle()
+
+    def test_started_in_scopes_of_their_own(self):
+        self.check_units("app-gnome-chromium-4711.scope", r"app-firefox\x2desr-4712.scope")
+
+    def test_started_as_services_of_their_own(self):
+        self.check_units("app-chromium@4711.service", r"app-firefox\x2desr@4712.service")
 
     # --- ends of all kinds
 
