@@ -1,6 +1,6 @@
 // A program with windows, for the tests. Obeys one command a line on standard input and answers
 // each with one line: "new KEY=VALUE...", "many COUNT", "vanish COUNT", "close ID", "activate ID",
-// "title ID TEXT", "state ID", "asked". See `make` for the keys.
+// "title ID TEXT", "state ID", "publish", "asked". See `make` for the keys.
 
 #include <algorithm>
 #include <cstdint>
@@ -88,6 +88,8 @@ class Sample {
             ::xcb_destroy_window(connection_, number);
         } else if (command == "activate") {
             send(number, atom("_NET_ACTIVE_WINDOW"), 2);
+        } else if (command == "publish") {
+            publish();
         } else if (command == "state") {
             return std::to_string(numberIn(number, "WM_STATE"));
         } else if (command == "title") {
@@ -97,6 +99,15 @@ class Sample {
         }
         synchronize();
         return "done";
+    }
+
+    /// What a window manager would do: lists all windows, the last of them as the active one.
+    void publish() {
+        ::xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, screen_->root,
+                              atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 32,
+                              static_cast<std::uint32_t>(made_.size()), made_.data());
+        ::xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, screen_->root,
+                              atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 32, 1, &made_.back());
     }
 
     static Options optionsIn(std::istringstream& words) {
@@ -133,6 +144,7 @@ class Sample {
             setAtom(window, "WM_PROTOCOLS", "WM_DELETE_WINDOW");
         }
         ::xcb_map_window(connection_, window);
+        made_.push_back(window);
         return window;
     }
 
@@ -238,6 +250,7 @@ class Sample {
     xcb_connection_t* connection_;
     const xcb_screen_t* screen_ = nullptr;
     std::map<std::string, xcb_atom_t> atoms_;
+    std::vector<xcb_window_t> made_;
     int asked_ = 0; ///< how many windows were asked to close
 };
 
