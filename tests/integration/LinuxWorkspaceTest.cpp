@@ -243,7 +243,7 @@ TEST_P(LinuxWorkspaceTest, Browser_HasTheModulesIdentifier) {
     EXPECT_EQ(application(sample.pid())->bundleIdentifier, QStringLiteral("org.mozilla.Firefox"));
 }
 
-TEST_P(LinuxWorkspaceTest, KeysClicksAndTitlesOfOthers_WakeNobody) {
+TEST_P(LinuxWorkspaceTest, KeysClicksAndTitlesOfOthers_DoNotWakeEachTime) {
     if (!isInstalled("xdotool")) {
         GTEST_SKIP() << "skipped: xdotool is not installed";
     }
@@ -268,15 +268,19 @@ TEST_P(LinuxWorkspaceTest, KeysClicksAndTitlesOfOthers_WakeNobody) {
         sample.tell(QStringLiteral("title %1 title%2").arg(window).arg(title));
     }
     settleQuietly();
-    EXPECT_EQ(workspace_->wakeUps(), before);
+    // openbox writes the order of the windows, a property of the root window, once for all of
+    // these.
+    const std::uint64_t restacked = workspace_->wakeUps();
+    EXPECT_LE(restacked, before + 1);
     // Each run of xdotool may announce a layout of the keyboard to everybody, once.
     run({QStringLiteral("key"), QStringLiteral("--repeat"), QStringLiteral("100"),
          QStringLiteral("--delay"), QStringLiteral("2"), QStringLiteral("Shift_L")});
     settleQuietly();
-    EXPECT_LE(workspace_->wakeUps(), before + 1);
+    const std::uint64_t typed = workspace_->wakeUps();
+    EXPECT_LE(typed, restacked + 1);
     sample.window(one());
     settleQuietly();
-    EXPECT_GT(workspace_->wakeUps(), before + 1);
+    EXPECT_GT(workspace_->wakeUps(), typed);
 }
 
 TEST_P(LinuxWorkspaceTest, WindowsOfTheBundlesPrograms_AreQuorvanes) {
