@@ -74,9 +74,6 @@ std::vector<SessionWindow> X11Session::windows() const {
         }
     };
     std::for_each(listed_.cbegin(), listed_.cend(), add);
-    if (std::find(listed_.cbegin(), listed_.cend(), active_) == listed_.cend()) {
-        add(active_);
-    }
     return windows;
 }
 
@@ -113,9 +110,11 @@ void X11Session::work() {
         return;
     }
     for (bool goesOn = true; goesOn;) {
-        const bool hadEvents = takeEvents();
+        const bool hadEvents = takeEvents(&::xcb_poll_for_event);
         const bool hadAnswers = takeAnswers();
-        goesOn = ask() || hadEvents || hadAnswers;
+        // What was read from the socket while looking for answers wakes nobody any more.
+        const bool hadMore = takeEvents(&::xcb_poll_for_queued_event);
+        goesOn = ask() || hadEvents || hadAnswers || hadMore;
     }
     if (connection_->isBroken()) {
         lose();
@@ -124,9 +123,9 @@ void X11Session::work() {
     }
 }
 
-bool X11Session::takeEvents() {
+bool X11Session::takeEvents(NextEvent* next) {
     bool hadAny = false;
-    while (const X11Reply<xcb_generic_event_t> event{::xcb_poll_for_event(connection_->xcb())}) {
+    while (const X11Reply<xcb_generic_event_t> event{next(connection_->xcb())}) {
         hadAny = true;
         if ((event->response_type & ~0x80U) != XCB_PROPERTY_NOTIFY) {
             continue;
@@ -194,9 +193,6 @@ bool X11Session::takeActive() {
     const std::uint32_t active = values.empty() ? 0 : values.front();
     hasChanged_ = hasChanged_ || active != active_;
     active_ = active;
-    if (active_ != 0 && known_.count(active_) == 0) {
-        read(active_);
-    }
     return true;
 }
 
@@ -241,7 +237,6 @@ void X11Session::setList(std::vector<std::uint32_t> listed) {
     std::erase_if(listed, [&all](std::uint32_t id) { return id == 0 || !all.insert(id).second; });
     hasChanged_ = hasChanged_ || listed != listed_;
     listed_ = std::move(listed);
-    all.insert(active_);
     std::erase_if(known_, [&all](const auto& known) { return all.count(known.first) == 0; });
     const std::size_t before = readers_.size();
     for (const std::uint32_t id : listed_) {

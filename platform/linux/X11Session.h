@@ -33,11 +33,12 @@ class X11Session final : public QObject {
 
     [[nodiscard]] bool isConnected() const { return connection_ != nullptr; }
 
-    /// In the window manager's order, oldest first; the active one is among them also when it is
-    /// not listed. Those of the X server and of the window manager have no process.
+    /// Those that the window manager lists, in its order: oldest first. Those of the X server and
+    /// of the window manager itself have no process.
     [[nodiscard]] std::vector<SessionWindow> windows() const;
 
-    /// 0: none.
+    /// 0: none. It counts only while it is among the windows: managers name one at times that is
+    /// not complete yet, or that is gone and whose number has passed to another.
     [[nodiscard]] std::uint32_t activeWindow() const { return active_; }
 
     void iconify(std::uint32_t window);
@@ -64,7 +65,9 @@ class X11Session final : public QObject {
     [[nodiscard]] bool connectNow();
     void wake();
     void work();
-    [[nodiscard]] bool takeEvents();
+    using NextEvent = xcb_generic_event_t*(xcb_connection_t*);
+
+    [[nodiscard]] bool takeEvents(NextEvent* next);
     [[nodiscard]] bool takeAnswers();
     [[nodiscard]] bool takeList();
     [[nodiscard]] bool takeActive();

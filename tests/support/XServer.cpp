@@ -8,13 +8,26 @@
 namespace quorvane::test {
 
 XServer::XServer() {
+    if (start({})) {
+        qputenv("DISPLAY", display_.toLatin1());
+        qunsetenv("WAYLAND_DISPLAY");
+    }
+}
+
+bool XServer::restart() {
+    return start(display_);
+}
+
+bool XServer::start(const QString& options) {
     const QString displayFile = folder_.filePath(QLatin1String("display"));
-    // Xvfb takes a free display and writes its number to the descriptor as soon as it listens.
+    QFile::remove(displayFile);
+    // Xvfb takes a free display, unless it is given one, and writes its number to the descriptor as
+    // soon as it listens.
     daemon_.start(QLatin1String("/bin/sh"),
                   {QLatin1String("-c"),
-                   QLatin1String("exec Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp "
+                   QLatin1String("exec Xvfb $1 -displayfd 3 -screen 0 1280x800x24 -nolisten tcp "
                                  "-noreset 3>\"$0\""),
-                   displayFile},
+                   displayFile, options},
                   folder_.filePath(QLatin1String("xvfb.log")));
 
     QByteArray number;
@@ -23,11 +36,11 @@ XServer::XServer() {
         number = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         return number.endsWith('\n') || !daemon_.isRunning();
     });
-    if (up && number.endsWith('\n')) {
-        display_ = QLatin1Char(':') + QString::fromLatin1(number.trimmed());
-        qputenv("DISPLAY", display_.toLatin1());
-        qunsetenv("WAYLAND_DISPLAY");
+    if (!up || !number.endsWith('\n')) {
+        return false;
     }
+    display_ = QLatin1Char(':') + QString::fromLatin1(number.trimmed());
+    return true;
 }
 
 bool XServer::isAvailable() {

@@ -22,7 +22,15 @@ class XServer {
     /// For example ":1"; empty when it could not be started.
     [[nodiscard]] QString display() const { return display_; }
 
+    /// As a crash.
+    void kill() { daemon_.kill(); }
+
+    /// Another server on the same display, once this one has ended. Returns whether it listens.
+    bool restart();
+
   private:
+    [[nodiscard]] bool start(const QString& options);
+
     QTemporaryDir folder_;
     Daemon daemon_;
     QString display_;
