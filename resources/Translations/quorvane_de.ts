@@ -24,6 +24,14 @@
     <translation>BKTV möchte seinen Webdienst starten.</translation>
   </message>
   <message>
+    <source>Can hide applications you do not use</source>
+    <translation>Kann unbenutzte Anwendungen ausblenden</translation>
+  </message>
+  <message>
+    <source>Can pause browsers in the background</source>
+    <translation>Kann Browser im Hintergrund anhalten</translation>
+  </message>
+  <message>
     <source>Cancel</source>
     <translation>Abbrechen</translation>
   </message>
@@ -70,10 +78,6 @@
   <message>
     <source>Hear of new versions</source>
     <translation>Von neuen Versionen erfahren</translation>
-  </message>
-  <message>
-    <source>Hides applications you are not using, if you like</source>
-    <translation>Blendet unbenutzte Anwendungen aus, wenn Sie möchten</translation>
   </message>
   <message>
     <source>Install it with your system's software updates.</source>
@@ -146,10 +150,6 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Quorvane-Einstellungen öffnen …</translation>
-  </message>
-  <message>
-    <source>Pauses browsers in the background, if you like</source>
-    <translation>Hält Browser im Hintergrund an, wenn Sie möchten</translation>
   </message>
   <message>
     <source>Puts everything back afterwards</source>

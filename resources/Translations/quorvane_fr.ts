@@ -24,6 +24,14 @@
     <translation>BKTV essaie de démarrer son service web.</translation>
   </message>
   <message>
+    <source>Can hide applications you do not use</source>
+    <translation>Peut masquer les applications inutilisées</translation>
+  </message>
+  <message>
+    <source>Can pause browsers in the background</source>
+    <translation>Peut suspendre les navigateurs en arrière-plan</translation>
+  </message>
+  <message>
     <source>Cancel</source>
     <translation>Annuler</translation>
   </message>
@@ -70,10 +78,6 @@
   <message>
     <source>Hear of new versions</source>
     <translation>Être informé des nouvelles versions</translation>
-  </message>
-  <message>
-    <source>Hides applications you are not using, if you like</source>
-    <translation>Masque les applications inutilisées, si vous le souhaitez</translation>
   </message>
   <message>
     <source>Install it with your system's software updates.</source>
@@ -146,10 +150,6 @@
   <message>
     <source>Open Quorvane Preferences...</source>
     <translation>Ouvrir les préférences de Quorvane…</translation>
-  </message>
-  <message>
-    <source>Pauses browsers in the background, if you like</source>
-    <translation>Suspend les navigateurs en arrière-plan, si vous le souhaitez</translation>
   </message>
   <message>
     <source>Puts everything back afterwards</source>
