@@ -19,7 +19,7 @@ enum class X11Atom : std::size_t {
     ChangeState,
     ProcessIdentifier,
     GtkApplicationId,
-    State,
+    WindowState,
     StateSkipTaskbar,
     WindowType,
     TypeNormal,

@@ -60,7 +60,7 @@ X11WindowReader::X11WindowReader(const X11Connection& connection, xcb_window_t w
     ask(Class, XCB_ATOM_WM_CLASS, longestText);
     ask(GtkApplication, connection.atom(X11Atom::GtkApplicationId), longestText);
     ask(Type, connection.atom(X11Atom::WindowType), mostAtoms);
-    ask(State, connection.atom(X11Atom::State), mostAtoms);
+    ask(State, connection.atom(X11Atom::WindowState), mostAtoms);
     if (connection.knowsProcesses()) {
         sequences_.at(ServersWord) = connection.askForProcess(window);
     }
