@@ -43,16 +43,16 @@ ApplicationIdentity::Found ApplicationIdentity::find(const ProcessFacts& process
 QByteArray ApplicationIdentity::idOf(const ProcessFacts& process, const WindowNames& window) {
     const QList<QByteArray> possibleIds =
         ApplicationUnit::ofControlGroups(process.controlGroups).possibleIds();
-    const QByteArray unit = idOfUnit(possibleIds);
+    QByteArray unit = idOfUnit(possibleIds);
     // What is started from a terminal runs in the terminal's unit.
     const bool isInTerminal = isTerminal(unit);
     if (!unit.isEmpty() && !isInTerminal) {
         return unit;
     }
-    if (const QByteArray id = idOfWindow(window); !id.isEmpty()) {
+    if (QByteArray id = idOfWindow(window); !id.isEmpty()) {
         return id;
     }
-    if (const QByteArray id = idOfProgram(process); !id.isEmpty()) {
+    if (QByteArray id = idOfProgram(process); !id.isEmpty()) {
         return id;
     }
     // The unit of something that is started at login, or that is not installed any more.
@@ -73,7 +73,7 @@ QByteArray ApplicationIdentity::knownId(const QByteArray& id) {
 
 QByteArray ApplicationIdentity::idOfUnit(const QList<QByteArray>& possibleIds) {
     for (const QByteArray& possible : possibleIds) {
-        if (const QByteArray id = knownId(possible); !id.isEmpty()) {
+        if (QByteArray id = knownId(possible); !id.isEmpty()) {
             return id;
         }
     }
@@ -82,7 +82,7 @@ QByteArray ApplicationIdentity::idOfUnit(const QList<QByteArray>& possibleIds) {
 
 // The instance comes before the class: windows of web applications differ only in it.
 QByteArray ApplicationIdentity::idOfWindow(const WindowNames& window) {
-    if (const QByteArray id = knownId(window.applicationId); !id.isEmpty()) {
+    if (QByteArray id = knownId(window.applicationId); !id.isEmpty()) {
         return id;
     }
     const QByteArray instance = withoutProfile(window.instance);
@@ -92,7 +92,7 @@ QByteArray ApplicationIdentity::idOfWindow(const WindowNames& window) {
         }
     }
     for (const QByteArray& name : {instance, window.windowClass}) {
-        if (const QByteArray id = knownId(name); !id.isEmpty()) {
+        if (QByteArray id = knownId(name); !id.isEmpty()) {
             return id;
         }
     }

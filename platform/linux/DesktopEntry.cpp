@@ -19,8 +19,6 @@ QByteArray entryValue(const QByteArray& raw) {
         }
         switch (raw.at(++at)) {
         case 's':
-            value.append(' ');
-            break;
         case 'n':
         case 'r':
         case 't':

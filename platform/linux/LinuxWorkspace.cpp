@@ -13,7 +13,7 @@
 namespace quorvane {
 
 LinuxWorkspace::LinuxWorkspace(const RunningCopies* copies, QString ownIdentifier,
-                               QString contentsFolder, LogSink& log)
+                               const QString& contentsFolder, LogSink& log)
     : copies_(copies), ownIdentifier_(std::move(ownIdentifier)),
       programFolder_(QFile::encodeName(contentsFolder + QStringLiteral("/Linux/"))), log_(log),
       entries_(DesktopEntries::foldersOfTheSession()),

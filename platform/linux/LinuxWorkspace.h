@@ -25,8 +25,8 @@ class LinuxWorkspace final : public Workspace {
     /// `ownIdentifier` is this program's, `contentsFolder` that of its bundle; all of the bundle's
     /// programs are one application. Both references must outlive this; without `copies` no copy is
     /// seen. Connects to the X server only when the main loop is idle.
-    LinuxWorkspace(const RunningCopies* copies, QString ownIdentifier, QString contentsFolder,
-                   LogSink& log);
+    LinuxWorkspace(const RunningCopies* copies, QString ownIdentifier,
+                   const QString& contentsFolder, LogSink& log);
 
     [[nodiscard]] std::vector<RunningApplication> runningApplications() const override;
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;

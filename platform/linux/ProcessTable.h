@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 namespace quorvane {
@@ -15,7 +16,11 @@ struct ProcessIdentity {
     std::int32_t pid = 0;
     qint64 startTime = 0; ///< clock ticks from the machine's start to the process's
 
-    [[nodiscard]] auto operator<=>(const ProcessIdentity&) const = default;
+    [[nodiscard]] bool operator==(const ProcessIdentity&) const = default;
+
+    [[nodiscard]] bool operator<(const ProcessIdentity& other) const {
+        return std::tie(pid, startTime) < std::tie(other.pid, other.startTime);
+    }
 };
 
 /// What the kernel says of one process in /proc/PID/stat.
