@@ -13,13 +13,28 @@ ApplicationProcesses::ApplicationProcesses(const ProcessTable& table, std::int32
         return;
     }
     others_.erase(main);
-    collect(isUnitItsOwn() ? membersOfUnit(unit_) : descendants());
+    std::map<std::int32_t, QString> candidates = descendants();
+    if (isUnitItsOwn()) {
+        candidates.merge(membersOfUnit(unit_));
+    }
+    collect(candidates);
     hasGroup_ = isGroupItsOwn();
 }
 
 bool ApplicationProcesses::isExcluded(std::int32_t pid, const QString& unit) const {
-    return others_.contains(pid) || (!unit.isEmpty() && unit != unit_) ||
-           !protectedOnes_.reason(pid, main_).isEmpty();
+    const bool isElsewhere = !unit.isEmpty() && unit != unit_ && !runsTheSameProgram(pid);
+    return others_.contains(pid) || isElsewhere || !protectedOnes_.reason(pid, main_).isEmpty();
+}
+
+/// Processes in a sandbox do not tell their program, only its name.
+bool ApplicationProcesses::runsTheSameProgram(std::int32_t pid) const {
+    const QString program = table_.programOf(pid);
+    if (!program.isEmpty()) {
+        return program == table_.programOf(main_);
+    }
+    const Process* const main = table_.find(main_);
+    const Process* const process = table_.find(pid);
+    return main != nullptr && process != nullptr && process->name == main->name;
 }
 
 /// A program that was started in a terminal is in the terminal's unit.

@@ -14,11 +14,12 @@ namespace quorvane {
 
 /// Which processes are an application's own, in one look at all processes.
 ///
-/// Where the service manager has given the application a unit (a control group named "app-..."),
-/// they are that unit's members. Elsewhere, and where the unit is that of a terminal or of another
-/// application from which this one was started, they are the main process and what descends from
-/// it. Either way without the processes that must not be stopped, those of other applications, and
-/// whatever descends from either.
+/// They are the main process and what descends from it, and where the service manager has given the
+/// application a unit (a control group named "app-..."), that unit's other members, unless the unit
+/// is that of a terminal or of another application from which this one was started. Without the
+/// processes that must not be stopped, those of other applications, and whatever descends from
+/// either. A descendant in another such unit is another application, unless it runs the same
+/// program: a browser may move on into a unit of its own and leave processes in the former one.
 class ApplicationProcesses {
   public:
     /// `others` are the main processes of further applications. The first and the third have to
@@ -38,6 +39,7 @@ class ApplicationProcesses {
 
   private:
     [[nodiscard]] bool isExcluded(std::int32_t pid, const QString& unit) const;
+    [[nodiscard]] bool runsTheSameProgram(std::int32_t pid) const;
     [[nodiscard]] bool isUnitItsOwn() const;
     [[nodiscard]] bool descendsFromOneOf(const std::set<std::int32_t>& excluded,
                                          const Process& process) const;

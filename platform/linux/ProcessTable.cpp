@@ -136,14 +136,18 @@ std::vector<std::int32_t> ProcessTable::ancestorsOf(std::int32_t pid) const {
     return ancestors;
 }
 
-QString ProcessTable::executableOf(std::int32_t pid) const {
+QString ProcessTable::programOf(std::int32_t pid) const {
     const QByteArray link = QFile::encodeName(pathInProc(procFolder_, pid, "exe"));
     QString path = QFile::symLinkTarget(QFile::decodeName(link));
     constexpr QLatin1String replaced(" (deleted)"); // by an update, while it runs
     if (path.endsWith(replaced)) {
         path.chop(replaced.size());
     }
-    return path.section(QLatin1Char('/'), -1);
+    return path;
+}
+
+QString ProcessTable::executableOf(std::int32_t pid) const {
+    return programOf(pid).section(QLatin1Char('/'), -1);
 }
 
 QString ProcessTable::applicationUnitOf(std::int32_t pid) const {

@@ -70,7 +70,10 @@ class ProcessTable {
     /// Its parent, the parent's parent and so on.
     [[nodiscard]] std::vector<std::int32_t> ancestorsOf(std::int32_t pid) const;
 
-    /// The file name of the program that it runs. Empty when that is not ours to know.
+    /// The path of the program that it runs. Empty when that is not ours to know.
+    [[nodiscard]] QString programOf(std::int32_t pid) const;
+
+    /// The program's file name.
     [[nodiscard]] QString executableOf(std::int32_t pid) const;
 
     /// As `applicationUnit` tells.

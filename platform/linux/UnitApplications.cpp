@@ -42,30 +42,53 @@ QString UnitApplications::folderOfTheSession() {
     return {};
 }
 
+/// Also one level down: the services of one template are in a slice of theirs.
+QStringList UnitApplications::units() const {
+    if (folder_.isEmpty()) {
+        return {};
+    }
+    const QStringList names{QStringLiteral("app-*.scope"), QStringLiteral("app-*.service")};
+    QStringList units = QDir(folder_).entryList(names, QDir::Dirs, QDir::Name);
+    const QStringList slices =
+        QDir(folder_).entryList({QStringLiteral("app-*.slice")}, QDir::Dirs, QDir::Name);
+    for (const QString& slice : slices) {
+        const QDir folder(folder_ + QLatin1Char('/') + slice);
+        for (const QString& unit : folder.entryList(names, QDir::Dirs, QDir::Name)) {
+            units.append(slice + QLatin1Char('/') + unit);
+        }
+    }
+    return units;
+}
+
 std::vector<RunningApplication>
 UnitApplications::without(const std::vector<RunningApplication>& known, const Identify& identify) {
+    std::map<QString, Processes> processesByUnit;
+    std::map<std::int32_t, QString> owners; // of processes: their unit; empty: one of `known`
+    for (const QString& unit : units()) {
+        processesByUnit[unit] = processesOf(unit);
+        for (const std::int32_t pid : processesByUnit[unit]) {
+            owners[pid] = unit;
+        }
+    }
+    for (const RunningApplication& application : known) {
+        owners[application.processIdentifier].clear();
+    }
     std::vector<RunningApplication> applications;
     QStringList seen;
-    const QStringList units = folder_.isEmpty()
-                                  ? QStringList()
-                                  : QDir(folder_).entryList({QStringLiteral("app-*.scope"),
-                                                             QStringLiteral("app-*.service")},
-                                                            QDir::Dirs, QDir::Name);
-    for (const QString& unit : units) {
-        const std::vector<std::int32_t> processes = processesOf(unit);
-        const auto main =
-            std::find_if(processes.cbegin(), processes.cend(), [&processes](std::int32_t pid) {
-                return !contains(processes, parentOf(pid));
+    for (const auto& [unit, processes] : processesByUnit) {
+        const bool isPartOfAnother = std::any_of(
+            processes.cbegin(), processes.cend(), [&owners, &unit = unit](std::int32_t pid) {
+                const auto parent = owners.find(parentOf(pid));
+                return owners[pid] != unit || (parent != owners.cend() && parent->second != unit);
             });
-        const bool isKnown =
-            std::any_of(known.cbegin(), known.cend(), [&processes](const auto& application) {
-                return contains(processes, application.processIdentifier);
-            });
-        if (main == processes.cend() || isKnown) {
-            continue;
+        const auto main = std::find_if(processes.cbegin(), processes.cend(),
+                                       [&processes = processes](std::int32_t pid) {
+                                           return !contains(processes, parentOf(pid));
+                                       });
+        if (main != processes.cend() && !isPartOfAnother) {
+            applications.push_back(identified(unit, *main, identify));
+            seen.append(unit);
         }
-        applications.push_back(identified(unit, *main, identify));
-        seen.append(unit);
     }
     std::erase_if(identified_, [&seen](const auto& one) { return !seen.contains(one.first); });
     return applications;
@@ -83,12 +106,12 @@ const RunningApplication& UnitApplications::identified(const QString& unit, std:
     return application;
 }
 
-std::vector<std::int32_t> UnitApplications::processesOf(const QString& unit) const {
+UnitApplications::Processes UnitApplications::processesOf(const QString& unit) const {
     const QByteArray text =
         readBounded(folder_ + QLatin1Char('/') + unit + QStringLiteral("/cgroup.procs"),
                     longestProcessList)
             .value_or(QByteArray());
-    std::vector<std::int32_t> processes;
+    Processes processes;
     for (const QByteArray& line : text.split('\n')) {
         if (const std::int32_t pid = line.toInt(); pid > 0) {
             processes.push_back(pid);

@@ -25,14 +25,18 @@ class UnitApplications {
     [[nodiscard]] static QString folderOfTheSession();
 
     /// Those in whose units none of `known` runs, as accessory ones. Their process is one that none
-    /// of the unit's other processes has started.
+    /// of the unit's other processes has started. A unit with a process that one of `known`, or of
+    /// another unit, has started is part of that one: it has moved on and left some behind.
     [[nodiscard]] std::vector<RunningApplication>
     without(const std::vector<RunningApplication>& known, const Identify& identify);
 
   private:
     [[nodiscard]] const RunningApplication& identified(const QString& unit, std::int32_t pid,
                                                        const Identify& identify);
-    [[nodiscard]] std::vector<std::int32_t> processesOf(const QString& unit) const;
+    using Processes = std::vector<std::int32_t>;
+
+    [[nodiscard]] QStringList units() const;
+    [[nodiscard]] Processes processesOf(const QString& unit) const;
 
     const QString folder_;
     std::map<QString, RunningApplication> identified_; ///< before, by unit

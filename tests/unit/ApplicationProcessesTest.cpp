@@ -133,9 +133,32 @@ TEST_F(ApplicationProcessesTest, MembersOfItsUnit_AreItsOwnAlsoWithoutAParentInI
 
 TEST_F(ApplicationProcessesTest, DescendantInAnotherApplicationsUnit_IsNotItsOwnNorIsWhatItStarts) {
     addBrowser();
-    proc.add({.pid = 103, .parent = 101, .unit = "/user.slice/app.slice/app-mail-103.scope"});
+    proc.add({.pid = 103,
+              .parent = 101,
+              .executable = "/usr/bin/mail",
+              .name = "mail",
+              .unit = "/user.slice/app.slice/app-mail-103.scope"});
     proc.add({.pid = 104, .parent = 103});
     EXPECT_THAT(look().own, ElementsAre(browser, 101, 102));
+}
+
+// Some browsers ask for a unit of their own when some of their processes have been started already.
+TEST_F(ApplicationProcessesTest, MovedOnIntoAUnitOfItsOwn_OwnsWhatItHasLeftInTheFormerOne) {
+    const char* const launched = "/user.slice/app.slice/app-launcher-browser-90.scope";
+    proc.add({.pid = browser, .unit = browsersUnit});
+    proc.add({.pid = 101, .parent = browser, .unit = launched});
+    proc.add({.pid = 102, .parent = 101, .unit = launched});
+    proc.add({.pid = 103, .parent = browser, .unit = browsersUnit});
+    EXPECT_THAT(look().own, ElementsAre(browser, 101, 103, 102));
+}
+
+TEST_F(ApplicationProcessesTest, MovedOnAndItsProcessesHideTheirProgram_OwnsThoseOfItsName) {
+    const char* const launched = "/user.slice/app.slice/app-launcher-browser-90.scope";
+    proc.add({.pid = browser, .unit = browsersUnit});
+    proc.add({.pid = 101, .parent = browser, .executable = nullptr, .unit = launched});
+    proc.add(
+        {.pid = 102, .parent = browser, .executable = nullptr, .name = "mail", .unit = launched});
+    EXPECT_THAT(look().own, ElementsAre(browser, 101));
 }
 
 TEST_F(ApplicationProcessesTest, StartedInATerminal_IsNotTheWholeUnitOfTheTerminal) {

@@ -62,6 +62,26 @@ TEST_F(UnitApplicationsTest, UnitOfAnApplicationWithWindows_IsLeftOut) {
     EXPECT_THAT(look({known}), IsEmpty());
 }
 
+TEST_F(UnitApplicationsTest, UnitOfWhatAnApplicationWithWindowsHasStarted_IsLeftOut) {
+    write("app-sample-1.scope", own_ + "\n");
+    RunningApplication known;
+    known.processIdentifier = ::getppid();
+    EXPECT_THAT(look({known}), IsEmpty());
+}
+
+TEST_F(UnitApplicationsTest, UnitOfWhatAnotherUnitsProcessHasStarted_IsLeftOut) {
+    write("app-sample-1.scope", own_ + "\n");
+    write("app-sample-2.scope", parent_ + "\n");
+    const auto applications = look();
+    ASSERT_THAT(applications, SizeIs(1));
+    EXPECT_EQ(applications[0].processIdentifier, ::getppid());
+}
+
+TEST_F(UnitApplicationsTest, ServiceInASliceOfItsTemplate_IsAnApplication) {
+    write("app-app\\x2dsample.slice/app-sample@1.service", own_ + "\n");
+    EXPECT_THAT(look(), SizeIs(1));
+}
+
 TEST_F(UnitApplicationsTest, OtherAndEmptyUnits_AreNoApplications) {
     write("app-empty-1.scope", "");
     write("app-broken-1.scope", "nonsense\n-5\n0\n");
