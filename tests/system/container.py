@@ -97,8 +97,12 @@ class Container:
         os.rmdir(self.folder)
 
     def remove_control_groups(self):
+        """With whatever still runs in there."""
         for root in ("/sys/fs/cgroup/unified", "/sys/fs/cgroup"):
             folder = os.path.join(root, self.name)
+            if os.path.isdir(folder):
+                with open(folder + "/cgroup.kill", "w", encoding="ascii") as file:
+                    file.write("1")
             end = time.monotonic() + PATIENCE
             while os.path.isdir(folder) and time.monotonic() < end:
                 for path, _, _ in os.walk(folder, topdown=False):
