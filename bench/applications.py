@@ -81,10 +81,11 @@ def run_peer(desktop, seconds, action=lambda: None):
 
 def measure_switches(count):
     """From just before a stopped browser is brought to the front until all its processes run."""
-    desktop, screen = new_desktop(QuorvaneActive=True)
+    desktop, screen = new_desktop()
     try:
         browsers = open_browsers(desktop, screen)
         desktop.quorvane()
+        desktop.set(QuorvaneActive=True)
         times = []
         for turn in range(count):
             browser = browsers[turn % len(browsers)]
@@ -104,10 +105,11 @@ def measure_switches(count):
 
 
 def measure_browsers(seconds):
-    desktop, screen = new_desktop(QuorvaneActive=True)
+    desktop, screen = new_desktop()
     try:
         browsers = open_browsers(desktop, screen)
         process = desktop.quorvane()
+        desktop.set(QuorvaneActive=True)
         for each in browsers:
             wait_until(each.all_stopped, each.name + " stopped", LIMIT)
         time.sleep(PASS_SECONDS)

@@ -11,7 +11,20 @@ class FeatureGlyph : public QWidget {
     Q_PROPERTY(Glyph glyph READ glyph WRITE setGlyph)
 
   public:
-    enum Glyph { Dim, Pause, Hide, Radio, Index, Report, Turbo, PutBack, Automatic, Ask, Manual };
+    enum Glyph {
+        Dim,
+        Pause,
+        Hide,
+        Radio,
+        Index,
+        Report,
+        Turbo,
+        PutBack,
+        PlugIn,
+        Automatic,
+        Ask,
+        Manual
+    };
     Q_ENUM(Glyph)
 
     explicit FeatureGlyph(QWidget* parent = nullptr);

@@ -79,6 +79,14 @@ void arrowBack(GlyphPath& glyph) {
     line(glyph.lines, {4.2, 7.9}, {8.5, 7.9});
 }
 
+void plug(GlyphPath& glyph) {
+    line(glyph.lines, {7.5, 2.5}, {7.5, 6.5});
+    line(glyph.lines, {12.5, 2.5}, {12.5, 6.5});
+    glyph.solids.addRoundedRect(QRectF(5, 6.5, 10, 3), 1, 1);
+    arc(glyph.lines, {10, 9.5}, 4, 180, 180);
+    line(glyph.lines, {10, 13.5}, {10, 18});
+}
+
 void flash(GlyphPath& glyph) {
     glyph.solids.addPolygon(QPolygonF(
         {{11.5, 2}, {4.5, 11.2}, {9, 11.2}, {8.2, 18}, {15.5, 8.4}, {10.8, 8.4}, {11.5, 2}}));
@@ -105,8 +113,9 @@ void handSwitch(GlyphPath& glyph) {
 GlyphPath GlyphPath::of(FeatureGlyph::Glyph glyph) {
     using Draw = void (*)(GlyphPath&);
     // In the order of the glyphs.
-    constexpr Draw drawings[] = {sun,         pauseBars, crossedEye, radioWaves,   magnifier, bars,
-                                 speedometer, arrowBack, flash,      speechBubble, handSwitch};
+    constexpr Draw drawings[] = {sun,       pauseBars, crossedEye,   radioWaves,
+                                 magnifier, bars,      speedometer,  arrowBack,
+                                 plug,      flash,     speechBubble, handSwitch};
     GlyphPath path;
     path.solids.setFillRule(Qt::WindingFill);
     drawings[glyph](path);
