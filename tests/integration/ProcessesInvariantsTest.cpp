@@ -5,6 +5,7 @@
 #include <array>
 #include <random>
 #include <set>
+#include <string>
 
 namespace quorvane::test {
 
@@ -25,7 +26,12 @@ class ProcessesInvariantsTest : public ProcessesFixture {
 
     void step() {
         QProcess& application = *applications_.at(random() % applications_.size());
-        switch (random() % 6) {
+        const auto what = random() % 6;
+        history_ += (what == 0  ? "kill "
+                     : what < 3 ? "resume "
+                                : "stop ") +
+                    std::to_string(idOf(application)) + ", ";
+        switch (what) {
         case 0:
             killAndCollect(application);
             applications_.erase(
@@ -53,15 +59,18 @@ class ProcessesInvariantsTest : public ProcessesFixture {
             }
         }
         for (const std::int32_t pid : stoppedNow()) {
-            EXPECT_TRUE(known.count(pid) == 1) << pid << " is stopped and not in the journal";
+            EXPECT_TRUE(known.count(pid) == 1)
+                << pid << " is stopped and not in the journal, after " << history_;
         }
     }
 
+    /// Without the guards: a sanitizer looks for leaks at their end by tracing them, and a process
+    /// that is traced counts as stopped.
     [[nodiscard]] static std::vector<std::int32_t> stoppedNow() {
         std::vector<std::int32_t> stopped;
         const ProcessTable table = ProcessTable::read();
         for (const auto& [pid, process] : table.all()) {
-            if (process.isStopped) {
+            if (process.isStopped && process.name != "quorvane") {
                 stopped.push_back(pid);
             }
         }
@@ -72,6 +81,7 @@ class ProcessesInvariantsTest : public ProcessesFixture {
 
   private:
     std::vector<QProcess*> applications_;
+    std::string history_; ///< for whoever has to find out what went wrong
 };
 
 } // namespace
