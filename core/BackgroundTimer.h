@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 
 namespace quorvane {
 
@@ -42,8 +43,11 @@ class BackgroundTimer {
     void setTimeInterval(Seconds interval) { timeInterval_ = interval; }
 
   private:
+    void handOver();
+
     Seconds timeInterval_;
     Work work_;
+    std::mutex handOver_;
     QThreadPool queue_;
     std::unique_ptr<Timer> timer_;
 };
