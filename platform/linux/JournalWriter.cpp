@@ -1,7 +1,8 @@
 #include "platform/linux/JournalWriter.h"
 
+#include "platform/linux/ProcessTable.h"
+
 #include <QFile>
-#include <QList>
 
 #include <unistd.h>
 
@@ -26,21 +27,8 @@ bool JournalWriter::isAlive() const {
 }
 
 std::optional<qint64> startTimeFromStat(const QByteArray& stat) {
-    // "PID (NAME) STATE PPID ..."; the name may hold blanks and brackets. Counted from the state,
-    // which is field 3 of proc(5), the start time is number 19.
-    constexpr qsizetype startTimeIndex = 22 - 3;
-    const qsizetype nameEnd = stat.lastIndexOf(") ");
-    if (nameEnd < 0) {
-        return std::nullopt;
-    }
-    const QList<QByteArray> fields = stat.mid(nameEnd + 2).split(' ');
-    const QByteArray& state = fields.constFirst();
-    if (fields.size() <= startTimeIndex || state == "Z" || state == "X") {
-        return std::nullopt;
-    }
-    bool isNumber = false;
-    const qint64 startTime = fields.at(startTimeIndex).toLongLong(&isNumber);
-    return isNumber ? std::optional(startTime) : std::nullopt;
+    const std::optional<Process> process = processFromStat(stat);
+    return process ? std::optional(process->identity.startTime) : std::nullopt;
 }
 
 } // namespace quorvane

@@ -1,10 +1,10 @@
 #include "platform/linux/UnitApplications.h"
 
 #include "platform/linux/BoundedFile.h"
+#include "platform/linux/ProcessTable.h"
 
 #include <QDir>
 
-#include <algorithm>
 #include <unistd.h>
 #include <utility>
 
@@ -14,15 +14,28 @@ namespace {
 
 constexpr qsizetype longestProcessList = 16384;
 
-// The fourth field of /proc/PID/stat; the second one, the name, may hold blanks and parentheses.
-std::int32_t parentOf(std::int32_t pid) {
-    const QByteArray stat =
-        readBounded(QStringLiteral("/proc/%1/stat").arg(pid), 1024).value_or(QByteArray());
-    return stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(1).toInt();
-}
+using Owners = std::map<std::int32_t, QString>; ///< of processes: their unit; empty: an application
 
-bool contains(const std::vector<std::int32_t>& processes, std::int32_t pid) {
-    return std::find(processes.cbegin(), processes.cend(), pid) != processes.cend();
+/// The one that has started the unit's others; 0 when there is none, and when the unit is part of
+/// another application.
+std::int32_t mainProcess(const QString& unit, const std::vector<std::int32_t>& processes,
+                         const Owners& owners) {
+    std::int32_t main = 0;
+    for (const std::int32_t pid : processes) {
+        const std::optional<Process> process = ProcessTable::look(pid);
+        if (!process) {
+            continue; // it has just ended
+        }
+        const auto parent = owners.find(process->parent);
+        const bool isOfTheUnit = parent != owners.cend() && parent->second == unit;
+        if (owners.at(pid) != unit || (parent != owners.cend() && !isOfTheUnit)) {
+            return 0;
+        }
+        if (main == 0 && !isOfTheUnit) {
+            main = pid;
+        }
+    }
+    return main;
 }
 
 } // namespace
@@ -63,7 +76,7 @@ QStringList UnitApplications::units() const {
 std::vector<RunningApplication>
 UnitApplications::without(const std::vector<RunningApplication>& known, const Identify& identify) {
     std::map<QString, Processes> processesByUnit;
-    std::map<std::int32_t, QString> owners; // of processes: their unit; empty: one of `known`
+    Owners owners;
     for (const QString& unit : units()) {
         processesByUnit[unit] = processesOf(unit);
         for (const std::int32_t pid : processesByUnit[unit]) {
@@ -76,17 +89,8 @@ UnitApplications::without(const std::vector<RunningApplication>& known, const Id
     std::vector<RunningApplication> applications;
     QStringList seen;
     for (const auto& [unit, processes] : processesByUnit) {
-        const bool isPartOfAnother = std::any_of(
-            processes.cbegin(), processes.cend(), [&owners, &unit = unit](std::int32_t pid) {
-                const auto parent = owners.find(parentOf(pid));
-                return owners[pid] != unit || (parent != owners.cend() && parent->second != unit);
-            });
-        const auto main = std::find_if(processes.cbegin(), processes.cend(),
-                                       [&processes = processes](std::int32_t pid) {
-                                           return !contains(processes, parentOf(pid));
-                                       });
-        if (main != processes.cend() && !isPartOfAnother) {
-            applications.push_back(identified(unit, *main, identify));
+        if (const std::int32_t main = mainProcess(unit, processes, owners); main != 0) {
+            applications.push_back(identified(unit, main, identify));
             seen.append(unit);
         }
     }
