@@ -1,0 +1,143 @@
+#include "apps/helper/PowerProfilesHold.h"
+
+#include "apps/helper/Reply.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+namespace quorvane {
+
+namespace {
+
+struct ProfilesService {
+    QLatin1String name; ///< also of its interface
+    QLatin1String path;
+};
+
+// The newer name first: implementations of it keep the older one for old clients.
+constexpr ProfilesService profilesServices[] = {
+    {QLatin1String("org.freedesktop.UPower.PowerProfiles"),
+     QLatin1String("/org/freedesktop/UPower/PowerProfiles")},
+    {QLatin1String("net.hadess.PowerProfiles"), QLatin1String("/net/hadess/PowerProfiles")},
+};
+
+const ProfilesService* serviceNamed(const QString& name) {
+    const auto* const found =
+        std::find_if(std::begin(profilesServices), std::end(profilesServices),
+                     [&name](const ProfilesService& each) { return each.name == name; });
+    return found == std::end(profilesServices) ? nullptr : found;
+}
+
+QDBusMessage profilesCall(const QString& service, const char* method,
+                          const QVariantList& arguments) {
+    const ProfilesService* const place = serviceNamed(service);
+    QDBusMessage call = QDBusMessage::createMethodCall(place->name, place->path, place->name,
+                                                       QLatin1String(method));
+    call.setArguments(arguments);
+    return call;
+}
+
+// Asked of the bus itself, which always answers.
+QString availableProfilesService(const QDBusConnection& bus) {
+    if (!bus.isConnected()) {
+        return {};
+    }
+    const QDBusConnectionInterface* const daemon = bus.interface();
+    const QStringList activatable = daemon->activatableServiceNames().value();
+    for (const ProfilesService& each : profilesServices) {
+        if (daemon->isServiceRegistered(each.name).value() || activatable.contains(each.name)) {
+            return each.name;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+PowerProfilesHold::PowerProfilesHold(const QDBusConnection& bus) : bus_(bus) {
+    watcher_.setConnection(bus);
+    watcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &PowerProfilesHold::appeared);
+    for (const ProfilesService& each : profilesServices) {
+        bus_.connect(each.name, each.path, each.name, QStringLiteral("ProfileReleased"), this,
+                     SLOT(profileReleased(uint)));
+    }
+}
+
+QString PowerProfilesHold::name() const {
+    return QStringLiteral("power profile \"power-saver\"");
+}
+
+bool PowerProfilesHold::probe() const {
+    return !availableProfilesService(bus_).isEmpty();
+}
+
+void PowerProfilesHold::engage(const Reported& reported) {
+    if (!service_.isEmpty()) {
+        reported({true, name()});
+        return;
+    }
+    service_ = availableProfilesService(bus_);
+    if (service_.isEmpty()) {
+        reported({false, QStringLiteral("no power-profiles service is there")});
+        return;
+    }
+    watcher_.addWatchedService(service_);
+    ask(reported);
+}
+
+void PowerProfilesHold::ask(const Reported& reported) {
+    const QDBusMessage call =
+        profilesCall(service_, "HoldProfile",
+                     {QStringLiteral("power-saver"), QStringLiteral("Low Power Mode"),
+                      QStringLiteral("com.TarnwickStudios.quorvane")});
+    Reply::expect(bus_.asyncCall(call), this,
+                  [this, reported](const QDBusMessage& reply) { held(reply, reported); });
+}
+
+void PowerProfilesHold::held(const QDBusMessage& reply, const Reported& reported) {
+    const QDBusReply<uint> cookie(reply);
+    if (cookie.isValid()) {
+        cookie_ = cookie.value();
+        reported({true, name()});
+        return;
+    }
+    watcher_.removeWatchedService(service_);
+    service_.clear();
+    reported({false,
+              QStringLiteral("the power-profiles service refused: %1").arg(cookie.error().name())});
+}
+
+void PowerProfilesHold::release(const Reported& reported) {
+    const QString service = std::exchange(service_, {});
+    const std::optional<uint> cookie = std::exchange(cookie_, std::nullopt);
+    if (!service.isEmpty()) {
+        watcher_.removeWatchedService(service);
+    }
+    if (!cookie) {
+        reported({true, name()});
+        return;
+    }
+    // A service that has forgotten the hold has gone back to the user's profile as well.
+    Reply::expect(bus_.asyncCall(profilesCall(service, "ReleaseProfile", {*cookie})), this,
+                  [this, reported](const QDBusMessage& /*reply*/) {
+                      reported({true, name()});
+                  });
+}
+
+// The user has chosen a profile: that is his, from now on.
+void PowerProfilesHold::profileReleased(uint cookie) {
+    if (cookie_ == cookie) {
+        cookie_.reset();
+    }
+}
+
+void PowerProfilesHold::appeared(const QString& service) {
+    if (service == service_ && cookie_) {
+        cookie_.reset();
+        ask([](const Outcome& /*outcome*/) {});
+    }
+}
+
+} // namespace quorvane
