@@ -59,7 +59,8 @@ std::optional<char> RunTimeConfiguration::read() const {
         byte = firstByte(place);
     }
     ::close(place);
-    return byte == '0' || byte == '1' ? byte : std::nullopt;
+    const bool isSetting = byte && (*byte == '0' || *byte == '1');
+    return isSetting ? byte : std::nullopt;
 }
 
 std::set<uid_t> usersInFront() {

@@ -63,15 +63,13 @@ int putBack() {
 
 // The service first stops being started, then ends, then goes.
 std::optional<QString> remove(const Installation& installation, const ServiceManagement& services) {
-    if (const auto error = installation.removeService()) {
-        return error;
-    }
+    std::optional<QString> error = installation.removeService();
     services.reload();
-    if (const auto error = services.stop()) {
-        return error;
+    error = error ? error : services.stop();
+    if (!error) {
+        error = installation.removeFiles();
+        services.reload();
     }
-    const auto error = installation.removeFiles();
-    services.reload();
     return error;
 }
 
