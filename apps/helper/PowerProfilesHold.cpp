@@ -93,11 +93,21 @@ void PowerProfilesHold::ask(const Reported& reported) {
                      {QStringLiteral("power-saver"), QStringLiteral("Low Power Mode"),
                       QStringLiteral("com.TarnwickStudios.quorvane")});
     Reply::expect(bus_.asyncCall(call), this,
-                  [this, reported](const QDBusMessage& reply) { held(reply, reported); });
+                  [this, service = service_, reported](const QDBusMessage& reply) {
+                      held(service, reply, reported);
+                  });
 }
 
-void PowerProfilesHold::held(const QDBusMessage& reply, const Reported& reported) {
+void PowerProfilesHold::held(const QString& service, const QDBusMessage& reply,
+                             const Reported& reported) {
     const QDBusReply<uint> cookie(reply);
+    if (service_.isEmpty()) { // given up while the service was still at it
+        if (cookie.isValid()) {
+            bus_.send(profilesCall(service, "ReleaseProfile", {cookie.value()}));
+        }
+        reported({false, QStringLiteral("it was given up meanwhile")});
+        return;
+    }
     if (cookie.isValid()) {
         cookie_ = cookie.value();
         reported({true, name()});

@@ -33,7 +33,7 @@ class PowerProfilesHold final : public QObject, public Driver {
   private:
     void ask(const Reported& reported);
     void appeared(const QString& service);
-    void held(const QDBusMessage& reply, const Reported& reported);
+    void held(const QString& service, const QDBusMessage& reply, const Reported& reported);
 
     QDBusConnection bus_;
     QDBusServiceWatcher watcher_;

@@ -1,4 +1,4 @@
-#include "tests/integration/HelperFixture.h"
+#include "tests/integration/RootHelperFixture.h"
 
 namespace quorvane::test {
 namespace {
@@ -11,6 +11,7 @@ class FakePowerProfiles {
           service_(bus, name_, [this](const QDBusMessage& call) { return answer(call); }) {}
 
     bool refuses = false;
+    int releases = 0;
 
     [[nodiscard]] int holds() const { return static_cast<int>(cookies_.size()); }
 
@@ -35,6 +36,7 @@ class FakePowerProfiles {
             cookies_.insert(++last_);
             return call.createReply(last_);
         }
+        ++releases;
         return cookies_.remove(call.arguments().at(0).toUInt())
                    ? call.createReply()
                    : call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("no hold"));
@@ -54,10 +56,10 @@ constexpr const char* oldName = "net.hadess.PowerProfiles";
 constexpr const char* oldPath = "/net/hadess/PowerProfiles";
 constexpr const char* platformProfile = "firmware/acpi/platform_profile";
 
-class HelperLowPowerTest : public HelperFixture {
+class HelperLowPowerTest : public RootHelperFixture {
   protected:
     void SetUp() override {
-        HelperFixture::SetUp();
+        RootHelperFixture::SetUp();
         start();
     }
 
@@ -161,6 +163,19 @@ TEST_F(HelperLowPowerTest, DisabledWhileTheServiceIsAway_IsNotHeldWhenItComesBac
     disable();
     FakePowerProfiles restarted(bus, newName, newPath);
     EXPECT_EQ(disable(), "Low power mode was not on");
+    EXPECT_EQ(restarted.holds(), 0);
+}
+
+TEST_F(HelperLowPowerTest, DisabledWhileARestartedServiceIsAsked_IsNotHeldInTheEnd) {
+    auto profiles = std::make_unique<FakePowerProfiles>(bus, newName, newPath);
+    enable();
+    profiles.reset();
+    FakePowerProfiles restarted(bus, newName, newPath);
+    restarted.service().hold();
+    ASSERT_TRUE(waitUntil([&] { return !restarted.service().calls().isEmpty(); }));
+    disable();
+    restarted.service().release();
+    EXPECT_TRUE(waitUntil([&] { return restarted.releases == 1; }));
     EXPECT_EQ(restarted.holds(), 0);
 }
 

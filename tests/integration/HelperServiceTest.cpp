@@ -1,5 +1,5 @@
 #include "apps/helper/ActionNames.h"
-#include "tests/integration/HelperFixture.h"
+#include "tests/integration/RootHelperFixture.h"
 
 #include <QDBusUnixFileDescriptor>
 
@@ -8,10 +8,10 @@
 namespace quorvane::test {
 namespace {
 
-class HelperServiceTest : public HelperFixture {
+class HelperServiceTest : public RootHelperFixture {
   protected:
     void SetUp() override {
-        HelperFixture::SetUp();
+        RootHelperFixture::SetUp();
         start();
     }
 
@@ -362,10 +362,10 @@ TEST_F(CpuTuneTest, BothExtensions_TurboIsOffWhileOneWantsIt) {
 
 // How it leaves.
 
-class HelperLifeTest : public HelperFixture {
+class HelperLifeTest : public RootHelperFixture {
   protected:
     void SetUp() override {
-        HelperFixture::SetUp();
+        RootHelperFixture::SetUp();
         options.idleLimit = std::chrono::milliseconds(200);
         start();
         QObject::connect(helper.get(), &Helper::left, [this] { hasLeft = true; });

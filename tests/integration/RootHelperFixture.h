@@ -145,7 +145,7 @@ class HelperCaller {
 };
 
 /// The whole helper in this process, on a bus of the test's own, over folders of the test's.
-class HelperFixture : public testing::Test {
+class RootHelperFixture : public testing::Test {
   protected:
     void SetUp() override {
         putBundle("CPUTune.kext", "com.TarnwickStudios.cputune");
