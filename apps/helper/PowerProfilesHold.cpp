@@ -38,21 +38,6 @@ QDBusMessage profilesCall(const QString& service, const char* method,
     return call;
 }
 
-// Asked of the bus itself, which always answers.
-QString availableProfilesService(const QDBusConnection& bus) {
-    if (!bus.isConnected()) {
-        return {};
-    }
-    const QDBusConnectionInterface* const daemon = bus.interface();
-    const QStringList activatable = daemon->activatableServiceNames().value();
-    for (const ProfilesService& each : profilesServices) {
-        if (daemon->isServiceRegistered(each.name).value() || activatable.contains(each.name)) {
-            return each.name;
-        }
-    }
-    return {};
-}
-
 } // namespace
 
 PowerProfilesHold::PowerProfilesHold(const QDBusConnection& bus) : bus_(bus) {
@@ -69,8 +54,25 @@ QString PowerProfilesHold::name() const {
     return QStringLiteral("power profile \"power-saver\"");
 }
 
+// Asked of the bus itself, which always answers.
+QString PowerProfilesHold::availableService() const {
+    if (!bus_.isConnected()) {
+        return {};
+    }
+    const QDBusConnectionInterface* const daemon = bus_.interface();
+    const QStringList activatable = daemon->activatableServiceNames().value();
+    for (const ProfilesService& each : profilesServices) {
+        const bool canBeStarted =
+            activatable.contains(each.name) && !unstartable_.contains(each.name);
+        if (canBeStarted || daemon->isServiceRegistered(each.name).value()) {
+            return each.name;
+        }
+    }
+    return {};
+}
+
 bool PowerProfilesHold::probe() const {
-    return !availableProfilesService(bus_).isEmpty();
+    return !availableService().isEmpty();
 }
 
 void PowerProfilesHold::engage(const Reported& reported) {
@@ -78,7 +80,7 @@ void PowerProfilesHold::engage(const Reported& reported) {
         reported({true, name()});
         return;
     }
-    service_ = availableProfilesService(bus_);
+    service_ = availableService();
     if (service_.isEmpty()) {
         reported({false, QStringLiteral("no power-profiles service is there")});
         return;
@@ -113,8 +115,15 @@ void PowerProfilesHold::held(const QString& service, const QDBusMessage& reply,
         reported({true, name()});
         return;
     }
-    watcher_.removeWatchedService(service_);
-    service_.clear();
+    const QString service = std::exchange(service_, {});
+    watcher_.removeWatchedService(service);
+    if (!bus_.interface()->isServiceRegistered(service).value()) {
+        unstartable_.insert(service);
+    }
+    if (unstartable_.contains(service) && probe()) {
+        engage(reported); // the other name
+        return;
+    }
     reported({false,
               QStringLiteral("the power-profiles service refused: %1").arg(cookie.error().name())});
 }

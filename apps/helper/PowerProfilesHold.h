@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QSet>
 
 #include <optional>
 
@@ -15,7 +16,8 @@ namespace quorvane {
 /// The "power-saver" profile of the machine's power-profiles service, by a hold: the service itself
 /// goes back to the user's profile when the hold is released or its holder ends, however that
 /// comes. When the user chooses a profile himself meanwhile, the service drops the hold and it is
-/// not taken again. A service that restarts gets the hold anew.
+/// not taken again. A service that restarts gets the hold anew. One that cannot be started, because
+/// an administrator has masked it, counts as missing until it shows up.
 class PowerProfilesHold final : public QObject, public Driver {
     Q_OBJECT
 
@@ -31,12 +33,14 @@ class PowerProfilesHold final : public QObject, public Driver {
     void profileReleased(uint cookie);
 
   private:
+    [[nodiscard]] QString availableService() const;
     void ask(const Reported& reported);
     void appeared(const QString& service);
     void held(const QString& service, const QDBusMessage& reply, const Reported& reported);
 
     QDBusConnection bus_;
     QDBusServiceWatcher watcher_;
+    QSet<QString> unstartable_;
     QString service_; ///< the one of its names that is used; empty: not engaged
     std::optional<uint> cookie_;
 };

@@ -78,6 +78,9 @@ void PowerSwitch::carryOutHold(const Request& request) {
         if (outcome.done) {
             engaged_ = driver;
             parties_.insert(request.party);
+        } else if (!driver->probe()) {
+            carryOutHold(request); // the machine does not have it after all
+            return;
         }
         finish(request, described(wording_.on, outcome));
     });
