@@ -37,7 +37,7 @@ bool isRefusal(const QDBusMessage& reply) {
     case QDBusError::Disconnected:
         return false;
     default:
-        return true;
+        return reply.errorName() != QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
     }
 }
 
