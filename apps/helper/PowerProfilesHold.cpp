@@ -115,7 +115,7 @@ void PowerProfilesHold::held(const QString& service, const QDBusMessage& reply,
         reported({true, name()});
         return;
     }
-    const QString service = std::exchange(service_, {});
+    service_.clear();
     watcher_.removeWatchedService(service);
     if (!bus_.interface()->isServiceRegistered(service).value()) {
         unstartable_.insert(service);

@@ -2,6 +2,7 @@
 
 #include "helper/HelperToolProtocol.h"
 
+#include <QMap>
 #include <QThreadPool>
 
 #include <list>
@@ -15,11 +16,22 @@ struct SimulatedHelper::Shared {
     State state = State::Answers;
     QString version;
     QStringList calls;
+    QMap<QString, QString> replies{
+        {QStringLiteral("load"), QStringLiteral("loaded")},
+        {QStringLiteral("unload"), QStringLiteral("unloaded")},
+        {QStringLiteral("low power on"), QStringLiteral("on")},
+        {QStringLiteral("low power off"), QStringLiteral("off")},
+    };
     std::list<std::weak_ptr<std::function<void()>>> invalidationHandlers;
 
     void note(const QString& call) {
         const std::lock_guard lock(mutex);
         calls.append(call);
+    }
+
+    [[nodiscard]] QString reply(const QString& command) {
+        const std::lock_guard lock(mutex);
+        return replies.value(command);
     }
 };
 
@@ -51,11 +63,11 @@ class Proxy final : public HelperToolProtocol {
           errorHandler_(std::move(errorHandler)) {}
 
     void loadModuleNamed(const QString& path, StatusReply reply) override {
-        send(QStringLiteral("load ") + path, [reply] { reply(QStringLiteral("loaded")); });
+        sendStatus(QStringLiteral("load"), path, std::move(reply));
     }
 
     void unloadModuleNamed(const QString& path, StatusReply reply) override {
-        send(QStringLiteral("unload ") + path, [reply] { reply(QStringLiteral("unloaded")); });
+        sendStatus(QStringLiteral("unload"), path, std::move(reply));
     }
 
     void getTaskPowerMetrics(LinesReply reply) override {
@@ -74,14 +86,21 @@ class Proxy final : public HelperToolProtocol {
     }
 
     void enableLowPowerMode(StatusReply reply) override {
-        send(QStringLiteral("low power on"), [reply] { reply(QStringLiteral("on")); });
+        sendStatus(QStringLiteral("low power on"), {}, std::move(reply));
     }
 
     void disableLowPowerMode(StatusReply reply) override {
-        send(QStringLiteral("low power off"), [reply] { reply(QStringLiteral("off")); });
+        sendStatus(QStringLiteral("low power off"), {}, std::move(reply));
     }
 
   private:
+    void sendStatus(const QString& command, const QString& argument, StatusReply reply) {
+        const QString call = argument.isEmpty() ? command : command + QLatin1Char(' ') + argument;
+        send(call, [shared = shared_, command, reply = std::move(reply)] {
+            reply(shared->reply(command));
+        });
+    }
+
     void send(const QString& call, std::function<void()> answer) {
         queue_->run([shared = shared_, call, answer = std::move(answer), onError = errorHandler_] {
             shared->note(call);
@@ -152,25 +171,23 @@ bool SimulatedHelper::isInstalled(const QString& /*label*/) const {
     return installed_;
 }
 
-std::optional<QString> SimulatedHelper::install(const QString& /*label*/) {
+void SimulatedHelper::install(const QString& /*label*/, Done done) {
     shared_->note(QStringLiteral("install"));
-    if (installError_) {
-        return installError_;
+    if (!installError_) {
+        installed_ = true;
+        setVersion(bundledVersion_);
+        setState(State::Answers);
     }
-    installed_ = true;
-    setVersion(bundledVersion_);
-    setState(State::Answers);
-    return std::nullopt;
+    done(installError_);
 }
 
-std::optional<QString> SimulatedHelper::remove(const QString& /*label*/) {
+void SimulatedHelper::remove(const QString& /*label*/, Done done) {
     shared_->note(QStringLiteral("remove"));
-    if (removeError_) {
-        return removeError_;
+    if (!removeError_) {
+        installed_ = false;
+        setState(State::Gone);
     }
-    installed_ = false;
-    setState(State::Gone);
-    return std::nullopt;
+    done(removeError_);
 }
 
 std::unique_ptr<HelperConnection> SimulatedHelper::connectTo(const QString& /*serviceName*/) {
@@ -181,6 +198,11 @@ std::unique_ptr<HelperConnection> SimulatedHelper::connectTo(const QString& /*se
 void SimulatedHelper::setVersion(const QString& version) {
     const std::lock_guard lock(shared_->mutex);
     shared_->version = version;
+}
+
+void SimulatedHelper::setReply(const QString& command, const QString& reply) {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->replies.insert(command, reply);
 }
 
 void SimulatedHelper::setState(State state) {

@@ -26,8 +26,9 @@ class SimulatedHelper final : public HelperInstaller, public HelperTransport {
     SimulatedHelper& operator=(const SimulatedHelper&) = delete;
 
     [[nodiscard]] bool isInstalled(const QString& label) const override;
-    std::optional<QString> install(const QString& label) override;
-    std::optional<QString> remove(const QString& label) override;
+    /// Both are done at once.
+    void install(const QString& label, Done done) override;
+    void remove(const QString& label, Done done) override;
     [[nodiscard]] std::unique_ptr<HelperConnection> connectTo(const QString& serviceName) override;
 
     void setInstalled(bool installed) { installed_ = installed; }
@@ -38,6 +39,10 @@ class SimulatedHelper final : public HelperInstaller, public HelperTransport {
     void setBundledVersion(const QString& version) { bundledVersion_ = version; }
 
     void setState(State state);
+
+    /// What a command is answered with from now on: "load", "unload", "low power on" or
+    /// "low power off". Else "loaded", "unloaded", "on" and "off".
+    void setReply(const QString& command, const QString& reply);
 
     void failInstalling(std::optional<QString> error) { installError_ = std::move(error); }
 
