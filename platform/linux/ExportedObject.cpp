@@ -51,15 +51,15 @@ bool ExportedObject::handleMessage(const QDBusMessage& call, const QDBusConnecti
     if (call.interface() == introspectionInterface) {
         return false; // Qt puts introspection together
     }
-    const QDBusMessage reply = answer(call);
-    if (call.isReplyRequired()) {
-        bus.send(reply);
+    const std::optional<QDBusMessage> reply = answer(call);
+    if (reply && call.isReplyRequired()) {
+        bus.send(*reply);
     }
     return true;
 }
 
 // D-Bus lets a caller leave the interface out.
-QDBusMessage ExportedObject::answer(const QDBusMessage& call) const {
+std::optional<QDBusMessage> ExportedObject::answer(const QDBusMessage& call) const {
     if (call.interface() == propertiesInterface) {
         return accessProperties(call);
     }
@@ -71,7 +71,7 @@ QDBusMessage ExportedObject::answer(const QDBusMessage& call) const {
         QStringLiteral("There is no interface %1 at %2").arg(call.interface(), call.path()));
 }
 
-QDBusMessage ExportedObject::callMethod(const QDBusMessage& call) const {
+std::optional<QDBusMessage> ExportedObject::callMethod(const QDBusMessage& call) const {
     const auto found = methods_.constFind(call.member());
     if (found == methods_.constEnd()) {
         return unknownMethod(call);
@@ -137,6 +137,15 @@ QVariantMap ExportedObject::allProperties() const {
 
 void ExportedObject::addMethod(QLatin1String name, QLatin1String signature, Method method) {
     methods_.insert(name, {signature, std::move(method)});
+}
+
+void ExportedObject::addDeferredMethod(QLatin1String name, QLatin1String signature,
+                                       DeferredMethod method) {
+    const auto defer = [method = std::move(method)](const QDBusMessage& call) {
+        method(call);
+        return std::optional<QDBusMessage>();
+    };
+    methods_.insert(name, {signature, defer});
 }
 
 void ExportedObject::addProperty(QLatin1String name, const std::function<QVariant()>& read) {

@@ -8,6 +8,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 
 namespace quorvane {
 
@@ -34,8 +35,12 @@ class ExportedObject : public QDBusVirtualObject {
     /// Gives the reply.
     using Method = std::function<QDBusMessage(const QDBusMessage& call)>;
 
+    /// Replies by itself, once, when it can.
+    using DeferredMethod = std::function<void(const QDBusMessage& call)>;
+
     /// `signature` is the one of the arguments.
     void addMethod(QLatin1String name, QLatin1String signature, Method method);
+    void addDeferredMethod(QLatin1String name, QLatin1String signature, DeferredMethod method);
     void addProperty(QLatin1String name, const std::function<QVariant()>& read);
 
     void emitSignal(QLatin1String name, const QVariantList& arguments = {});
@@ -43,11 +48,11 @@ class ExportedObject : public QDBusVirtualObject {
   private:
     struct ExportedMethod {
         QString signature;
-        Method method;
+        std::function<std::optional<QDBusMessage>(const QDBusMessage& call)> method;
     };
 
-    [[nodiscard]] QDBusMessage answer(const QDBusMessage& call) const;
-    [[nodiscard]] QDBusMessage callMethod(const QDBusMessage& call) const;
+    [[nodiscard]] std::optional<QDBusMessage> answer(const QDBusMessage& call) const;
+    [[nodiscard]] std::optional<QDBusMessage> callMethod(const QDBusMessage& call) const;
     [[nodiscard]] QDBusMessage accessProperties(const QDBusMessage& call) const;
     [[nodiscard]] QDBusMessage getProperty(const QDBusMessage& call, const QString& name) const;
     [[nodiscard]] QDBusMessage refuseToSet(const QDBusMessage& call, const QString& name) const;

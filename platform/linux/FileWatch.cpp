@@ -48,8 +48,8 @@ Place nearestPlace(const QString& target) {
 
 } // namespace
 
-FileWatch::FileWatch(QString path, QObject* parent)
-    : QObject(parent), path_(std::move(path)), inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+FileWatch::FileWatch(QString path, Links links, QObject* parent)
+    : QObject(parent), path_(std::move(path)), links_(links), inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
     if (inotify_ < 0) {
         error_ = qt_error_string(errno);
         return;
@@ -68,7 +68,7 @@ FileWatch::~FileWatch() {
 
 void FileWatch::arm() {
     armLink();
-    const QString target = WholeFile::resolved(path_);
+    const QString target = links_ == Links::Followed ? WholeFile::resolved(path_) : path_;
     // Between looking for the nearest place and watching it a nearer one may have appeared, so the
     // look is repeated afterwards. Whoever creates and removes faster than that causes new events.
     constexpr int attempts = 8;
@@ -96,8 +96,10 @@ void FileWatch::armLink() {
 }
 
 int FileWatch::add(const QString& place, bool isFolder) {
-    const int watch = ::inotify_add_watch(inotify_, QFile::encodeName(place).constData(),
-                                          isFolder ? folderEvents : fileEvents);
+    const std::uint32_t events = isFolder ? folderEvents : fileEvents;
+    const std::uint32_t kind = links_ == Links::NotFollowed && !isFolder ? IN_DONT_FOLLOW : 0;
+    const int watch =
+        ::inotify_add_watch(inotify_, QFile::encodeName(place).constData(), events | kind);
     error_ = watch < 0 ? qt_error_string(errno) : QString();
     return watch;
 }

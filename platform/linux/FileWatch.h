@@ -15,12 +15,17 @@ namespace quorvane {
 ///
 /// While the file exists only the file itself is watched, so what other programs do in its folder
 /// wakes nobody. While it does not exist (or may not be read), the nearest existing folder above it
-/// is watched instead. Of a symbolic link both the link and its target are watched.
+/// is watched instead.
 class FileWatch final : public QObject {
     Q_OBJECT
 
   public:
-    explicit FileWatch(QString path, QObject* parent = nullptr);
+    enum class Links {
+        Followed,    ///< of a symbolic link both the link and its target are watched
+        NotFollowed, ///< a link counts as the file; for paths at which anybody may put one
+    };
+
+    explicit FileWatch(QString path, Links links = Links::Followed, QObject* parent = nullptr);
     ~FileWatch() override;
     FileWatch(const FileWatch&) = delete;
     FileWatch& operator=(const FileWatch&) = delete;
@@ -42,6 +47,7 @@ class FileWatch final : public QObject {
     void exchange(int& watch, int newWatch) const;
 
     const QString path_;
+    const Links links_;
     int inotify_ = -1;
     std::unique_ptr<QSocketNotifier> notifier_;
     int linkWatch_ = -1;  ///< on the symbolic link itself, where there is one

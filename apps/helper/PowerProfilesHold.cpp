@@ -1,0 +1,162 @@
+#include "apps/helper/PowerProfilesHold.h"
+
+#include "apps/helper/Reply.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+namespace quorvane {
+
+namespace {
+
+struct ProfilesService {
+    QLatin1String name; ///< also of its interface
+    QLatin1String path;
+};
+
+// The newer name first: implementations of it keep the older one for old clients.
+constexpr ProfilesService profilesServices[] = {
+    {QLatin1String("org.freedesktop.UPower.PowerProfiles"),
+     QLatin1String("/org/freedesktop/UPower/PowerProfiles")},
+    {QLatin1String("net.hadess.PowerProfiles"), QLatin1String("/net/hadess/PowerProfiles")},
+};
+
+const ProfilesService* serviceNamed(const QString& name) {
+    const auto* const found =
+        std::find_if(std::begin(profilesServices), std::end(profilesServices),
+                     [&name](const ProfilesService& each) { return each.name == name; });
+    return found == std::end(profilesServices) ? nullptr : found;
+}
+
+QDBusMessage profilesCall(const QString& service, const char* method,
+                          const QVariantList& arguments) {
+    const ProfilesService* const place = serviceNamed(service);
+    QDBusMessage call = QDBusMessage::createMethodCall(place->name, place->path, place->name,
+                                                       QLatin1String(method));
+    call.setArguments(arguments);
+    return call;
+}
+
+} // namespace
+
+PowerProfilesHold::PowerProfilesHold(const QDBusConnection& bus) : bus_(bus) {
+    watcher_.setConnection(bus);
+    watcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &PowerProfilesHold::appeared);
+    for (const ProfilesService& each : profilesServices) {
+        bus_.connect(each.name, each.path, each.name, QStringLiteral("ProfileReleased"), this,
+                     SLOT(profileReleased(uint)));
+    }
+}
+
+QString PowerProfilesHold::name() const {
+    return QStringLiteral("power profile \"power-saver\"");
+}
+
+// Asked of the bus itself, which always answers.
+QString PowerProfilesHold::availableService() const {
+    if (!bus_.isConnected()) {
+        return {};
+    }
+    const QDBusConnectionInterface* const daemon = bus_.interface();
+    const QStringList activatable = daemon->activatableServiceNames().value();
+    for (const ProfilesService& each : profilesServices) {
+        const bool canBeStarted =
+            activatable.contains(each.name) && !unstartable_.contains(each.name);
+        if (canBeStarted || daemon->isServiceRegistered(each.name).value()) {
+            return each.name;
+        }
+    }
+    return {};
+}
+
+bool PowerProfilesHold::probe() const {
+    return !availableService().isEmpty();
+}
+
+void PowerProfilesHold::engage(const Reported& reported) {
+    if (!service_.isEmpty()) {
+        reported({true, name()});
+        return;
+    }
+    service_ = availableService();
+    if (service_.isEmpty()) {
+        reported({false, QStringLiteral("no power-profiles service is there")});
+        return;
+    }
+    watcher_.addWatchedService(service_);
+    ask(reported);
+}
+
+void PowerProfilesHold::ask(const Reported& reported) {
+    const QDBusMessage call =
+        profilesCall(service_, "HoldProfile",
+                     {QStringLiteral("power-saver"), QStringLiteral("Low Power Mode"),
+                      QStringLiteral("com.TarnwickStudios.quorvane")});
+    Reply::expect(bus_.asyncCall(call), this,
+                  [this, service = service_, reported](const QDBusMessage& reply) {
+                      held(service, reply, reported);
+                  });
+}
+
+void PowerProfilesHold::held(const QString& service, const QDBusMessage& reply,
+                             const Reported& reported) {
+    const QDBusReply<uint> cookie(reply);
+    if (service_.isEmpty()) { // given up while the service was still at it
+        if (cookie.isValid()) {
+            bus_.send(profilesCall(service, "ReleaseProfile", {cookie.value()}));
+        }
+        reported({false, QStringLiteral("it was given up meanwhile")});
+        return;
+    }
+    if (cookie.isValid()) {
+        cookie_ = cookie.value();
+        reported({true, name()});
+        return;
+    }
+    service_.clear();
+    watcher_.removeWatchedService(service);
+    if (!bus_.interface()->isServiceRegistered(service).value()) {
+        unstartable_.insert(service);
+    }
+    if (unstartable_.contains(service) && probe()) {
+        engage(reported); // the other name
+        return;
+    }
+    reported({false,
+              QStringLiteral("the power-profiles service refused: %1").arg(cookie.error().name())});
+}
+
+void PowerProfilesHold::release(const Reported& reported) {
+    const QString service = std::exchange(service_, {});
+    const std::optional<uint> cookie = std::exchange(cookie_, std::nullopt);
+    if (!service.isEmpty()) {
+        watcher_.removeWatchedService(service);
+    }
+    if (!cookie) {
+        reported({true, name()});
+        return;
+    }
+    // A service that has forgotten the hold has gone back to the user's profile as well.
+    Reply::expect(bus_.asyncCall(profilesCall(service, "ReleaseProfile", {*cookie})), this,
+                  [this, reported](const QDBusMessage& /*reply*/) {
+                      reported({true, name()});
+                  });
+}
+
+// The user has chosen a profile: that is his, from now on.
+void PowerProfilesHold::profileReleased(uint cookie) {
+    if (cookie_ == cookie) {
+        cookie_.reset();
+    }
+}
+
+void PowerProfilesHold::appeared(const QString& service) {
+    if (service == service_ && cookie_) {
+        cookie_.reset();
+        ask([](const Outcome& /*outcome*/) {});
+    }
+}
+
+} // namespace quorvane

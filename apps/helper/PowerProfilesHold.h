@@ -1,0 +1,48 @@
+#pragma once
+
+#include "apps/helper/Driver.h"
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QSet>
+
+#include <optional>
+
+class QDBusMessage;
+
+namespace quorvane {
+
+/// The "power-saver" profile of the machine's power-profiles service, by a hold: the service itself
+/// goes back to the user's profile when the hold is released or its holder ends, however that
+/// comes. When the user chooses a profile himself meanwhile, the service drops the hold and it is
+/// not taken again. A service that restarts gets the hold anew. One that cannot be started, because
+/// an administrator has masked it, counts as missing until it shows up.
+class PowerProfilesHold final : public QObject, public Driver {
+    Q_OBJECT
+
+  public:
+    explicit PowerProfilesHold(const QDBusConnection& bus);
+
+    [[nodiscard]] QString name() const override;
+    [[nodiscard]] bool probe() const override;
+    void engage(const Reported& reported) override;
+    void release(const Reported& reported) override;
+
+  private Q_SLOTS:
+    void profileReleased(uint cookie);
+
+  private:
+    [[nodiscard]] QString availableService() const;
+    void ask(const Reported& reported);
+    void appeared(const QString& service);
+    void held(const QString& service, const QDBusMessage& reply, const Reported& reported);
+
+    QDBusConnection bus_;
+    QDBusServiceWatcher watcher_;
+    QSet<QString> unstartable_;
+    QString service_; ///< the one of its names that is used; empty: not engaged
+    std::optional<uint> cookie_;
+};
+
+} // namespace quorvane
