@@ -2,7 +2,7 @@
 
 #include "core/MainQueue.h"
 #include "platform/linux/CallsUnderWay.h"
-#include "platform/linux/HelperCommands.h"
+#include "platform/linux/HelperProxy.h"
 #include "platform/linux/HelperSession.h"
 
 #include <QPointer>
@@ -44,7 +44,7 @@ class LinuxHelperTransport::Connection final : public HelperConnection {
                 transport->send(alive, std::move(call));
             }
         };
-        return std::make_shared<HelperCommands>(service_, send, std::move(errorHandler));
+        return std::make_shared<HelperProxy>(service_, send, std::move(errorHandler));
     }
 
   private:

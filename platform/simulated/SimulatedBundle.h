@@ -49,6 +49,8 @@ class SimulatedBundle final : public Bundle {
         resources_.insert(fileName, data);
     }
 
+    void clearResources() { resources_.clear(); }
+
   private:
     QString identifier_ = QStringLiteral("com.TarnwickStudios.quorvane");
     QMap<QString, QByteArray> resources_;

@@ -16,6 +16,7 @@ struct SimulatedHelper::Shared {
     State state = State::Answers;
     QString version;
     QStringList calls;
+    std::function<void(const QString& call)> sendListener; ///< of the sending thread's
     QMap<QString, QString> replies{
         {QStringLiteral("load"), QStringLiteral("loaded")},
         {QStringLiteral("unload"), QStringLiteral("unloaded")},
@@ -102,6 +103,9 @@ class Proxy final : public HelperToolProtocol {
     }
 
     void send(const QString& call, std::function<void()> answer) {
+        if (shared_->sendListener) {
+            shared_->sendListener(call);
+        }
         queue_->run([shared = shared_, call, answer = std::move(answer), onError = errorHandler_] {
             shared->note(call);
             SimulatedHelper::State state{};
@@ -203,6 +207,10 @@ void SimulatedHelper::setVersion(const QString& version) {
 void SimulatedHelper::setReply(const QString& command, const QString& reply) {
     const std::lock_guard lock(shared_->mutex);
     shared_->replies.insert(command, reply);
+}
+
+void SimulatedHelper::setSendListener(std::function<void(const QString& call)> listener) {
+    shared_->sendListener = std::move(listener);
 }
 
 void SimulatedHelper::setState(State state) {

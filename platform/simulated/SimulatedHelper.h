@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -50,6 +51,10 @@ class SimulatedHelper final : public HelperInstaller, public HelperTransport {
 
     /// The helper leaves: open connections become invalid.
     void invalidateConnections();
+
+    /// Called with each command on the thread that sends it, at that moment: `calls` has it only
+    /// when it has arrived.
+    void setSendListener(std::function<void(const QString& call)> listener);
 
     /// "install", "remove", "connect" and the commands, in the order in which they came.
     [[nodiscard]] QStringList calls() const;

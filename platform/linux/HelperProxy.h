@@ -11,13 +11,13 @@
 namespace quorvane {
 
 /// The helper's commands as calls on the bus.
-class HelperCommands final : public HelperToolProtocol {
+class HelperProxy final : public HelperToolProtocol {
   public:
     using Send = std::function<void(HelperCall call)>;
     using ErrorHandler = std::function<void(const QString& error)>;
 
     /// `service` is the helper's name on the bus.
-    HelperCommands(QString service, Send send, ErrorHandler errorHandler);
+    HelperProxy(QString service, Send send, ErrorHandler errorHandler);
 
     void loadModuleNamed(const QString& path, StatusReply reply) override;
     void unloadModuleNamed(const QString& path, StatusReply reply) override;
