@@ -40,6 +40,10 @@ bool Installation::isPackaged() const {
                          helpernames::label);
 }
 
+bool Installation::isInstalled() const {
+    return QFile::exists(root_ + executablePath());
+}
+
 std::optional<QString> Installation::install() const {
     if (isPackaged()) {
         return QStringLiteral("the distribution's package has installed the helper already");
@@ -86,7 +90,9 @@ std::optional<QString> Installation::removeService() const {
 std::optional<QString> Installation::removeFiles() const {
     std::optional<QString> error = remove(executablePath());
     for (const InstallationFile& each : files()) {
-        const std::optional<QString> next = remove(each.path);
+        // polkit's file has one place for both; a helper without it would be refused everything.
+        const bool isOfPackage = isPackaged() && each.path.startsWith(QLatin1String("/usr/share/"));
+        const std::optional<QString> next = isOfPackage ? std::nullopt : remove(each.path);
         error = error ? error : next;
     }
     // From the innermost; those that are not empty stay.

@@ -19,13 +19,16 @@ class Installation {
     /// Whether a distribution's package has brought the helper: then that is the one to use.
     [[nodiscard]] bool isPackaged() const;
 
+    /// Whether there is a helper that `install` has brought, be it beside a packaged one.
+    [[nodiscard]] bool isInstalled() const;
+
     /// Failing, it removes again what it has written.
     [[nodiscard]] std::optional<QString> install() const;
 
     /// The service's own file first, so that the bus starts no helper any more.
     [[nodiscard]] std::optional<QString> removeService() const;
 
-    /// All other files. What is not there counts as removed.
+    /// All other files, but none of a package's. What is not there counts as removed.
     [[nodiscard]] std::optional<QString> removeFiles() const;
 
   private:

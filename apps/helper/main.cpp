@@ -63,6 +63,9 @@ int putBack() {
 
 // The service first stops being started, then ends, then goes.
 std::optional<QString> remove(const Installation& installation, const ServiceManagement& services) {
+    if (installation.isPackaged() && !installation.isInstalled()) {
+        return QStringLiteral("the distribution's package has installed the helper; remove that");
+    }
     std::optional<QString> error = installation.removeService();
     services.reload();
     error = error ? error : services.stop();
@@ -77,7 +80,8 @@ int install(bool isReplacing, bool isRemoving) {
     ::umask(forAllToRead);
     const Installation installation(QString(), QStringLiteral("/proc/self/exe"));
     const ServiceManagement services(QDBusConnection::systemBus());
-    if (isReplacing || isRemoving) {
+    const bool isRefused = !isRemoving && installation.isPackaged();
+    if (!isRefused && (isReplacing || isRemoving)) {
         const auto error = remove(installation, services);
         if (error || isRemoving) {
             return finished(error);

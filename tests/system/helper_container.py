@@ -21,8 +21,10 @@ class HelperContainerTest(unittest.TestCase):
         container = Container()
         self.addCleanup(container.stop)
         container.start()
+        root = f"/proc/{container.leader}/root"
+        helper_files.stage(root + helper_files.STAGED)
         if self.is_packaged:
-            helper_files.install_into(f"/proc/{container.leader}/root")
+            helper_files.unpack(root + helper_files.STAGED, root)
         done = container.run(
             "sh", "-c", f"cd {HERE} && exec /usr/bin/python3 -W ignore -m unittest "
             f"{self.checks}.{name}", timeout=LIMIT,

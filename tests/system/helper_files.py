@@ -3,7 +3,6 @@
 import os
 import shutil
 import subprocess
-import tempfile
 
 from desktop import PROGRAMS
 
@@ -17,6 +16,7 @@ INSTALLED = "/usr/local/lib/" + NAME
 RUNTIME = "/run/" + NAME
 JOURNAL = RUNTIME + "/putting-back.journal"
 LOADED = RUNTIME + "/loaded"
+STAGED = "/var/cache/quorvane-package"  # in a container
 CONFIGURATION = "/tmp/CPUTuneTurboBoostRT.conf"
 CPU_TUNE = "CPUTune.kext"
 DISABLE_TURBO = "DisableTurboBoost.64bits.kext"
@@ -43,6 +43,23 @@ INSTALLATION = {
     f"/usr/share/polkit-1/actions/{NAME}.policy": 0o644,
 }
 
+SOURCES = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+# What the installed files are made of; "@FOLDER@" is filled in.
+MADE_OF = {
+    f"{INSTALLED}/{NAME}": BUILT,
+    f"{INSTALLED}/{CPU_TUNE}/Contents/Info.plist":
+        f"{SOURCES}/resources/{CPU_TUNE}/Contents/Info.plist",
+    f"{INSTALLED}/{DISABLE_TURBO}/Contents/Info.plist":
+        f"{SOURCES}/resources/{DISABLE_TURBO}/Contents/Info.plist",
+    f"/usr/local/lib/systemd/system/{UNIT}": f"{SOURCES}/packaging/helper/systemd/{UNIT}",
+    f"/usr/local/share/dbus-1/system-services/{UNIT}":
+        f"{SOURCES}/packaging/helper/dbus-1/system-services/{UNIT}",
+    f"/etc/dbus-1/system.d/{NAME}.conf": f"{SOURCES}/packaging/helper/dbus-1/system.d/{NAME}.conf",
+    f"/usr/share/polkit-1/actions/{NAME}.policy":
+        f"{SOURCES}/packaging/helper/polkit-1/actions/{NAME}.policy",
+}
+
 
 def install(root, prefix=None, umask=0o022):
     """What a packager does. Returns what went wrong, or nothing."""
@@ -54,15 +71,15 @@ def install(root, prefix=None, umask=0o022):
     return done.stdout + done.stderr if done.returncode else None
 
 
-def install_into(root):
-    """Puts the packaged files onto a system whose root is not this one."""
-    staged = tempfile.mkdtemp(prefix="quorvane-package-")
-    try:
-        error = install(staged)
-        assert error is None, error
-        shutil.copytree(staged + "/usr", root + "/usr", dirs_exist_ok=True)
-    finally:
-        shutil.rmtree(staged)
+def stage(folder):
+    """As a package is unpacked: everything below this folder instead of /."""
+    error = install(folder)
+    assert error is None, error
+
+
+def unpack(folder, root="/"):
+    """Puts what was staged onto a system."""
+    shutil.copytree(folder + "/usr", root + "/usr", dirs_exist_ok=True)
 
 
 def files_below(folder):
