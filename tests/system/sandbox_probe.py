@@ -81,6 +81,9 @@ def attempts(plain, parent):
         "read root's home": lambda: read("/root/secret"),
         "write the turbo switch": lambda: overwrite(
             "/sys/devices/system/cpu/intel_pstate/no_turbo", "0\n"),
+        "write the profile of the firmware": lambda: overwrite(
+            "/sys/firmware/acpi/platform_profile", "balanced\n"),
+        "write another attribute of the kernel": lambda: write("/sys/firmware/probe"),
         "write a control group": lambda: os.mkdir("/sys/fs/cgroup/probe"),
         "read another's process": lambda: read(f"/proc/{plain}/stat"),
         "open another's memory": lambda: os.open(f"/proc/{parent}/mem", os.O_RDONLY),
