@@ -17,14 +17,14 @@ namespace quorvane {
 namespace {
 
 const QString configurationFile = QStringLiteral("/tmp/CPUTuneTurboBoostRT.conf");
-const QString kextType = QStringLiteral("kext");
+const QString extensionType = QStringLiteral("kext");
 
-QString orNull(const std::optional<QString>& text) {
+QString textOrNull(const std::optional<QString>& text) {
     return text.value_or(QStringLiteral("(null)"));
 }
 
-QString lastComponent(const std::optional<QString>& path) {
-    return path ? path->section(QLatin1Char('/'), -1) : orNull(path);
+QString lastPathComponent(const std::optional<QString>& path) {
+    return path ? path->section(QLatin1Char('/'), -1) : textOrNull(path);
 }
 
 /// Nobody but the helper's root reads it, and that is a service that may not open what the user
@@ -132,12 +132,12 @@ bool TurboModule::isIntelProcessor() {
 }
 
 std::optional<QString> TurboModule::kextPath() {
-    return platform().bundle().pathForResource(QStringLiteral("CPUTune"), kextType);
+    return platform().bundle().pathForResource(QStringLiteral("CPUTune"), extensionType);
 }
 
 std::optional<QString> TurboModule::kextPathVentura() {
     return platform().bundle().pathForResource(QStringLiteral("DisableTurboBoost.64bits"),
-                                               kextType);
+                                               extensionType);
 }
 
 std::optional<QString> TurboModule::kextVersion() {
@@ -167,7 +167,7 @@ bool TurboModule::kextNeedsUpdate() {
     const std::optional<QString> available = kextVersion();
     const std::optional<QString> running = runningKextVersion();
     log(QStringLiteral("Checked kext version: (Available: %1, Running: %2)")
-            .arg(orNull(available), orNull(running)));
+            .arg(textOrNull(available), textOrNull(running)));
     return available && running && compareVersions(*available, *running) > 0;
 }
 
@@ -177,14 +177,14 @@ void TurboModule::executeInHelper(const std::function<void(HelperToolProtocol& p
 
 void TurboModule::load(HelperToolProtocol& proxy, const Path& path) {
     proxy.loadModuleNamed(
-        path.value_or(QString()), [name = lastComponent(path)](const QString& reply) {
+        path.value_or(QString()), [name = lastPathComponent(path)](const QString& reply) {
             log(QStringLiteral("Attempted loading kext [%1]: %2").arg(name, reply));
         });
 }
 
 void TurboModule::unload(HelperToolProtocol& proxy, const Path& path) {
     proxy.unloadModuleNamed(
-        path.value_or(QString()), [name = lastComponent(path)](const QString& reply) {
+        path.value_or(QString()), [name = lastPathComponent(path)](const QString& reply) {
             log(QStringLiteral("Attempted unloading kext [%1]: %2").arg(name, reply));
         });
 }

@@ -15,7 +15,7 @@ namespace {
 
 // D-Bus knows this number as "no time limit": a sample of the machine's power takes long, and when
 // the helper leaves, the bus itself answers.
-constexpr int noTimeLimit = std::numeric_limits<int>::max();
+constexpr int untilAnswered = std::numeric_limits<int>::max();
 
 /// Whether the answer comes from the bus, because there is no helper any more that could give one.
 bool isUndelivered(const QDBusMessage& error) {
@@ -33,7 +33,7 @@ bool isUndelivered(const QDBusMessage& error) {
     }
 }
 
-QString described(const QDBusMessage& answer, const QString& expected) {
+QString errorText(const QDBusMessage& answer, const QString& expected) {
     if (answer.type() == QDBusMessage::ErrorMessage) {
         return oneLine(answer.errorName() + QStringLiteral(": ") + answer.errorMessage());
     }
@@ -64,7 +64,7 @@ void HelperWorker::send(HelperCall call) {
 void HelperWorker::send(HelperCall call, Attempt attempt) {
     const quint64 number = nextNumber_++;
     open_.insert(number);
-    const QDBusPendingCall pending = bus_.asyncCall(call.message, noTimeLimit);
+    const QDBusPendingCall pending = bus_.asyncCall(call.message, untilAnswered);
     if (pending.isError()) { // of a bus that is not there nothing would ever be heard
         open_.erase(number);
         answered(call, attempt, pending.reply());
@@ -89,7 +89,7 @@ void HelperWorker::answered(const HelperCall& call, Attempt attempt, const QDBus
     if (!isError && answer.signature() == call.replySignature) {
         call.replied(answer);
     } else {
-        call.failed(described(answer, call.replySignature));
+        call.failed(errorText(answer, call.replySignature));
     }
     if (isError && isUndelivered(answer)) {
         helperLeft();

@@ -13,7 +13,7 @@ namespace quorvane {
 
 namespace {
 
-Files::Written failure(const QString& path, const QString& reason) {
+Files::Written writingFailed(const QString& path, const QString& reason) {
     return {path + QLatin1String(": ") + reason};
 }
 
@@ -26,11 +26,11 @@ Files::Written writeForEverybody(const QString& path, const QByteArray& data) {
                            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner |
                                                QFile::ReadGroup | QFile::ReadOther);
     if (!isWritten) {
-        return failure(path, file.errorString());
+        return writingFailed(path, file.errorString());
     }
     if (::rename(QFile::encodeName(file.fileName()).constData(),
                  QFile::encodeName(path).constData()) != 0) {
-        return failure(path, qt_error_string(errno));
+        return writingFailed(path, qt_error_string(errno));
     }
     file.setAutoRemove(false);
     return {};
@@ -62,7 +62,7 @@ Files::Written LinuxFiles::writeAtomically(const QString& path, const QByteArray
     QSaveFile file(path);
     const bool isWritten =
         file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.commit();
-    return isWritten ? Written() : failure(path, file.errorString());
+    return isWritten ? Written() : writingFailed(path, file.errorString());
 }
 
 std::optional<QString> LinuxFiles::keepAside(const QString& path) {

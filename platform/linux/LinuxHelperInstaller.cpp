@@ -25,11 +25,11 @@ constexpr QLatin1String polkitService("org.freedesktop.PolicyKit1");
 // How long a prompt that is to be closed may take to end, in milliseconds.
 constexpr int promptPatience = 500;
 
-QString executable(const QString& folder, const QString& label) {
+QString helperIn(const QString& folder, const QString& label) {
     return folder + QLatin1Char('/') + label;
 }
 
-QString lastLine(const QByteArray& output) {
+QString lastWords(const QByteArray& output) {
     constexpr qsizetype limit = 4096; // the end of what may be any amount of text
     const QStringList lines =
         QString::fromUtf8(output.right(limit)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -54,8 +54,8 @@ LinuxHelperInstaller::~LinuxHelperInstaller() {
 }
 
 bool LinuxHelperInstaller::isInstalled(const QString& label) const {
-    return QFileInfo::exists(executable(places_.packagedFolder, label)) ||
-           QFileInfo::exists(executable(places_.installedFolder, label));
+    return QFileInfo::exists(helperIn(places_.packagedFolder, label)) ||
+           QFileInfo::exists(helperIn(places_.installedFolder, label));
 }
 
 void LinuxHelperInstaller::install(const QString& label, Done done) {
@@ -118,7 +118,7 @@ void LinuxHelperInstaller::begin() {
 }
 
 bool LinuxHelperInstaller::exists(const QString& folder) const {
-    return QFileInfo::exists(executable(folder, changes_.front().label));
+    return QFileInfo::exists(helperIn(folder, changes_.front().label));
 }
 
 std::optional<QString> LinuxHelperInstaller::objection() const {
@@ -176,7 +176,7 @@ void LinuxHelperInstaller::run() {
     process_ = new QProcess(this);
     process_->setProgram(places_.pkexec);
     process_->setArguments({QStringLiteral("--disable-internal-agent"),
-                            executable(folder, change.label), QString(option)});
+                            helperIn(folder, change.label), QString(option)});
     process_->setStandardInputFile(QProcess::nullDevice());
     process_->setStandardOutputFile(QProcess::nullDevice());
     process_->setChildProcessModifier(releaseSignals);
@@ -200,7 +200,7 @@ void LinuxHelperInstaller::processEnded(int exitCode, QProcess::ExitStatus exitS
         end(QStringLiteral("the prompt for an administrator's password was closed"));
         return;
     }
-    const QString reason = lastLine(process_->readAllStandardError());
+    const QString reason = lastWords(process_->readAllStandardError());
     if (!reason.isEmpty()) {
         end(reason);
     } else {

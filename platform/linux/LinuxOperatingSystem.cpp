@@ -54,10 +54,10 @@ bool LinuxOperatingSystem::hasTurboSwitch() const {
         return true;
     }
     const QDir policies(root_ + turboswitch::policyFolder);
-    const QStringList names = policies.entryList({turboswitch::policyPrefix + QLatin1Char('*')},
-                                                 QDir::Dirs | QDir::NoDotAndDotDot);
-    return std::any_of(names.begin(), names.end(), [&policies](const QString& policy) {
-        return policies.exists(policy + QLatin1Char('/') + turboswitch::policyBoost);
+    const QStringList names = policies.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return std::any_of(names.begin(), names.end(), [&policies](const QString& name) {
+        return name.startsWith(turboswitch::policyPrefix) &&
+               policies.exists(name + QLatin1Char('/') + turboswitch::policyBoost);
     });
 }
 

@@ -177,21 +177,40 @@ bool SimulatedHelper::isInstalled(const QString& /*label*/) const {
 
 void SimulatedHelper::install(const QString& /*label*/, Done done) {
     shared_->note(QStringLiteral("install"));
-    if (!installError_) {
-        installed_ = true;
-        setVersion(bundledVersion_);
-        setState(State::Answers);
-    }
-    done(installError_);
+    prompt([this, done = std::move(done)] {
+        if (!installError_) {
+            installed_ = true;
+            setVersion(bundledVersion_);
+            setState(State::Answers);
+        }
+        done(installError_);
+    });
 }
 
 void SimulatedHelper::remove(const QString& /*label*/, Done done) {
     shared_->note(QStringLiteral("remove"));
-    if (!removeError_) {
-        installed_ = false;
-        setState(State::Gone);
+    prompt([this, done = std::move(done)] {
+        if (!removeError_) {
+            installed_ = false;
+            setState(State::Gone);
+        }
+        done(removeError_);
+    });
+}
+
+void SimulatedHelper::prompt(std::function<void()> change) {
+    if (holdsPrompts_) {
+        heldPrompts_.push_back(std::move(change));
+    } else {
+        change();
     }
-    done(removeError_);
+}
+
+void SimulatedHelper::answerPrompts() {
+    holdsPrompts_ = false;
+    for (const auto& change : std::exchange(heldPrompts_, {})) {
+        change();
+    }
 }
 
 std::unique_ptr<HelperConnection> SimulatedHelper::connectTo(const QString& /*serviceName*/) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace quorvane {
 
@@ -27,7 +28,7 @@ class SimulatedHelper final : public HelperInstaller, public HelperTransport {
     SimulatedHelper& operator=(const SimulatedHelper&) = delete;
 
     [[nodiscard]] bool isInstalled(const QString& label) const override;
-    /// Both are done at once.
+    /// Both are done at once, unless the administrator is slow.
     void install(const QString& label, Done done) override;
     void remove(const QString& label, Done done) override;
     [[nodiscard]] std::unique_ptr<HelperConnection> connectTo(const QString& serviceName) override;
@@ -49,6 +50,11 @@ class SimulatedHelper final : public HelperInstaller, public HelperTransport {
 
     void failRemoving(std::optional<QString> error) { removeError_ = std::move(error); }
 
+    /// From now on the administrator reads the prompt and answers nothing, until `answerPrompts`.
+    void holdPrompts() { holdsPrompts_ = true; }
+
+    void answerPrompts();
+
     /// The helper leaves: open connections become invalid.
     void invalidateConnections();
 
@@ -62,7 +68,11 @@ class SimulatedHelper final : public HelperInstaller, public HelperTransport {
     struct Shared; ///< seen by the connections' threads too
 
   private:
+    void prompt(std::function<void()> change);
+
     bool installed_ = false;
+    bool holdsPrompts_ = false;
+    std::vector<std::function<void()>> heldPrompts_;
     QString bundledVersion_;
     std::optional<QString> installError_;
     std::optional<QString> removeError_;

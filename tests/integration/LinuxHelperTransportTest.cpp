@@ -9,8 +9,6 @@
 #include <QDBusConnectionInterface>
 #include <QSemaphore>
 
-#include <algorithm>
-
 namespace quorvane::test {
 namespace {
 
@@ -317,16 +315,65 @@ TEST_F(LinuxHelperTransportTest, BusThatEndsOverACall_FailsOnceAndThenInvalidate
     EXPECT_TRUE(waitUntil([this] { return record.events().size() == 3; }));
 }
 
-TEST_F(LinuxHelperTransportTest, VersionOfTheHelper_IsAskedByTheProgramWhileItsMainThreadWaits) {
-    const PrivateBus session(PrivateBus::Type::Session);
+/// The program's own platform over the test's buses.
+class HelperOfTheProgramTest : public HelperFixture {
+  protected:
+    void SetUp() override {
+        HelperFixture::SetUp();
+        SharedInstances::reset(std::make_unique<LinuxPlatform>(session.connection(sessionName),
+                                                               bus->connection(connectionName)));
+    }
+
+    void TearDown() override {
+        SharedInstances::reset(nullptr);
+        QDBusConnection::disconnectFromBus(sessionName);
+        HelperFixture::TearDown();
+    }
+
     const QString sessionName = QStringLiteral("helper-session");
-    SharedInstances::reset(std::make_unique<LinuxPlatform>(session.connection(sessionName),
-                                                           bus->connection(connectionName)));
+    PrivateBus session{PrivateBus::Type::Session};
+};
+
+TEST_F(HelperOfTheProgramTest, Command_WaitsForTheInstallationAndFailsWithItsError) {
+    HelperInstaller& installer = platform().helperInstaller();
+    if (installer.isInstalled(HelperTool::label())) {
+        GTEST_SKIP() << "skipped: a helper is installed on this machine";
+    }
+    connection = platform().helperTransport().connectTo(HelperTool::label());
+    installer.install(HelperTool::label(), [this](const std::optional<QString>& error) {
+        record.note(QStringLiteral("install ") + error.value_or(QString()));
+    });
+    load("/x.kext");
+    EXPECT_TRUE(happens({QStringLiteral("install this bundle carries no helper"),
+                         QStringLiteral("error this bundle carries no helper")}));
+    EXPECT_TRUE(calls().isEmpty());
+    load("/y.kext");
+    EXPECT_TRUE(happens("done LoadModuleNamed /y.kext"));
+    connection.reset();
+}
+
+TEST_F(HelperOfTheProgramTest, Sleep_IsToldByTheWorkspace) {
+    const QString logind = QStringLiteral("org.freedesktop.login1");
+    FakeService service(*bus, logind, [](const QDBusMessage& call) { return call.createReply(); });
+    QStringList told;
+    QObject::connect(&platform().workspace(), &Workspace::willSleep,
+                     [&told] { told.append(QStringLiteral("sleep")); });
+    QObject::connect(&platform().workspace(), &Workspace::didWake,
+                     [&told] { told.append(QStringLiteral("wake")); });
+    ASSERT_TRUE(waitUntil([&service] { return !service.calls().isEmpty(); }));
+    for (const bool begins : {true, false}) {
+        service.emitSignal(QStringLiteral("/org/freedesktop/login1"),
+                           QStringLiteral("org.freedesktop.login1.Manager"),
+                           QStringLiteral("PrepareForSleep"), {begins});
+    }
+    EXPECT_TRUE(waitUntil([&told] { return told.size() == 2; }));
+    EXPECT_EQ(told, (QStringList{QStringLiteral("sleep"), QStringLiteral("wake")}));
+}
+
+TEST_F(HelperOfTheProgramTest, Version_IsAskedWhileTheMainThreadWaits) {
     EXPECT_EQ(HelperTool::helperTool().versionNumber(), 7.0);
     EXPECT_EQ(HelperTool::helperTool().versionNumber(), 7.0);
     EXPECT_EQ(calls(), QStringList{QStringLiteral("GetVersion")});
-    SharedInstances::reset(nullptr);
-    QDBusConnection::disconnectFromBus(sessionName);
 }
 
 } // namespace

@@ -84,6 +84,21 @@ TEST_F(HelperToolTest, NewerVersionAvailable_ReplacesTheHelperAndAsksAnew) {
     EXPECT_EQ(calls("version"), 2);
 }
 
+TEST_F(HelperToolTest, ReplacementThatWaitsForAnAdministrator_IsLoggedWhenItIsDone) {
+    bundle("13");
+    installed("12");
+    helper().holdPrompts();
+    tool().installLatestVersion();
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success removed helper")), 0);
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success installing helper")), 0);
+    helper().answerPrompts();
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success removed helper")), 1);
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success installing helper")), 1);
+    EXPECT_LT(logLines().indexOf(QStringLiteral("Success removed helper")),
+              logLines().indexOf(QStringLiteral("Success installing helper")));
+    EXPECT_EQ(tool().versionNumber(), 13.0);
+}
+
 TEST_F(HelperToolTest, HelperThatDoesNotAnswer_HasNoVersionAfterFiveSecondsAndIsReinstalled) {
     bundle("1");
     installed("7");

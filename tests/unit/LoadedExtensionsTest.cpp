@@ -12,7 +12,7 @@ namespace quorvane::test {
 
 namespace {
 
-constexpr const char* cputune = "com.TarnwickStudios.cputune";
+constexpr const char* cputuneName = "com.TarnwickStudios.cputune";
 const std::string cputuneLine = "    1    0 0  0  0  com.TarnwickStudios.cputune (1.0)\n";
 const std::string otherLine = "    2    0 0  0  0  com.TarnwickStudios.disableturboboost (1.0)\n";
 
@@ -39,16 +39,16 @@ TEST_F(LoadedExtensionsTest, File_IsTheOneThatTheHelperWrites) {
 }
 
 TEST_F(LoadedExtensionsTest, MissingFile_HasNoLines) {
-    EXPECT_EQ(list(cputune), "");
+    EXPECT_EQ(list(cputuneName), "");
     EXPECT_EQ(list(""), "");
 }
 
 TEST_F(LoadedExtensionsTest, Lines_AreThoseOfExactlyThisNameAsTheyStand) {
     put(cputuneLine + otherLine);
-    EXPECT_EQ(list(cputune), cputuneLine);
+    EXPECT_EQ(list(cputuneName), cputuneLine);
     EXPECT_EQ(list("com.TarnwickStudios.cputun"), "");
     EXPECT_EQ(list("com.TarnwickStudios.cputune.x"), "");
-    EXPECT_EQ(list("com.tarnwickstudios.cputune"), "");
+    EXPECT_EQ(list("com.tarnwickstudios.cputuneName"), "");
     EXPECT_EQ(list("(1.0)"), "");
     EXPECT_EQ(list(""), cputuneLine + otherLine);
 }
@@ -69,14 +69,14 @@ TEST_F(LoadedExtensionsTest, LinesOfAnotherForm_AreLeftOut) {
           "1 0 0 0 0 com.TarnwickStudios.cputune (1.0\x1b[31m)",
           "1 0 0 0 0 com.TarnwickStudios.cputune\t(1.0)"}) {
         put(std::string(line) + "\n");
-        EXPECT_EQ(list(cputune), "") << line;
+        EXPECT_EQ(list(cputuneName), "") << line;
         EXPECT_EQ(list(""), "") << line;
     }
 }
 
 TEST_F(LoadedExtensionsTest, LineWithoutAnEnd_IsNotYetOne) {
     put(cputuneLine.substr(0, cputuneLine.size() - 1));
-    EXPECT_EQ(list(cputune), "");
+    EXPECT_EQ(list(cputuneName), "");
 }
 
 TEST_F(LoadedExtensionsTest, HugeFile_IsReadOnlyAtItsBeginning) {

@@ -14,15 +14,15 @@ namespace quorvane::test {
 
 namespace {
 
-const QString configuration = helpernames::runTimeConfiguration;
-const QString lister = QStringLiteral("/usr/sbin/kextstat");
-const QString cputune = QStringLiteral("/opt/Quorvane.app/Contents/Resources/CPUTune.kext");
-const QString ventura =
+const QString turboConfiguration = helpernames::runTimeConfiguration;
+const QString extensionLister = QStringLiteral("/usr/sbin/kextstat");
+const QString cputunePath = QStringLiteral("/opt/Quorvane.app/Contents/Resources/CPUTune.kext");
+const QString venturaPath =
     QStringLiteral("/opt/Quorvane.app/Contents/Resources/DisableTurboBoost.64bits.kext");
-const QString loadCputune = QStringLiteral("load ") + cputune;
-const QString unloadCputune = QStringLiteral("unload ") + cputune;
-const QString loadVentura = QStringLiteral("load ") + ventura;
-const QString unloadVentura = QStringLiteral("unload ") + ventura;
+const QString loadCputune = QStringLiteral("load ") + cputunePath;
+const QString unloadCputune = QStringLiteral("unload ") + cputunePath;
+const QString loadVentura = QStringLiteral("load ") + venturaPath;
+const QString unloadVentura = QStringLiteral("unload ") + venturaPath;
 const QString lowPowerOn = QStringLiteral("low power on");
 const QString lowPowerOff = QStringLiteral("low power off");
 
@@ -61,7 +61,7 @@ class TurboModuleTest : public SimulatedLaptopTest {
     }
 
     void listed(const QByteArray& output) {
-        laptop().tasks().setBehaviour(lister, {Seconds(0), output});
+        laptop().tasks().setBehaviour(extensionLister, {Seconds(0), output});
     }
 
     void loadedVersion(const QByteArray& version) {
@@ -96,11 +96,11 @@ class TurboModuleTest : public SimulatedLaptopTest {
         return sent;
     }
 
-    /// What is in the configuration file, or nothing.
+    /// What is in the turboConfiguration file, or nothing.
     std::optional<QByteArray> configured() {
         const QMap<QString, QByteArray> files = laptop().files().files();
-        return files.contains(configuration) ? std::optional(files.value(configuration))
-                                             : std::nullopt;
+        return files.contains(turboConfiguration) ? std::optional(files.value(turboConfiguration))
+                                                  : std::nullopt;
     }
 
     [[nodiscard]] qsizetype logged(const QString& line) { return laptop().logSink().count(line); }
@@ -139,7 +139,7 @@ TEST_F(TurboModuleTest, NotLoadedBeforeVersion13_ActivationInstallsThenWritesZer
     EXPECT_EQ(sent(), QStringList{loadCputune});
     EXPECT_EQ(writesBefore(), 0) << "the command comes first";
     EXPECT_EQ(configured(), "0");
-    EXPECT_TRUE(laptop().files().isForEverybody(configuration));
+    EXPECT_TRUE(laptop().files().isForEverybody(turboConfiguration));
     EXPECT_TRUE(getsLogged(QStringLiteral("Attempted loading kext [CPUTune.kext]: loaded")));
 
     switchMode(false);
@@ -196,7 +196,7 @@ TEST_F(TurboModuleTest, FileThatCannotBeWritten_IsLoggedBothWaysAndTheModuleRuns
     start();
     laptop().files().setReadOnly(true);
     switchMode(true);
-    const QString reason = configuration + QStringLiteral(": Read-only file system");
+    const QString reason = turboConfiguration + QStringLiteral(": Read-only file system");
     EXPECT_EQ(logged(QStringLiteral("Error disabling Turbo Boost: ") + reason), 1);
     EXPECT_TRUE(module().running());
     switchMode(false);
@@ -213,7 +213,7 @@ TEST_F(TurboModuleTest, Lister_IsRunOncePerLookAndTwiceForAnUpdateCheck) {
     module().loadKext();
     EXPECT_EQ(laptop().tasks().runs().size(), before + 3);
     for (const SimulatedTasks::Run& run : laptop().tasks().runs()) {
-        EXPECT_EQ(run.launchPath, lister);
+        EXPECT_EQ(run.launchPath, extensionLister);
         EXPECT_EQ(run.arguments, (QStringList{QStringLiteral("-l"), QStringLiteral("-b"),
                                               QStringLiteral("com.TarnwickStudios.cputune")}));
     }
@@ -238,7 +238,7 @@ TEST_F(TurboModuleTest, ListersOutput_HasTheVersionInItsFirstParentheses) {
 }
 
 TEST_F(TurboModuleTest, ListerThatCannotBeStarted_CountsAsNothingLoaded) {
-    laptop().tasks().setBehaviour(lister, {Seconds(0), {}, false});
+    laptop().tasks().setBehaviour(extensionLister, {Seconds(0), {}, false});
     start();
     switchMode(true);
     EXPECT_EQ(sent(), QStringList{loadCputune});
@@ -297,7 +297,7 @@ TEST_F(TurboModuleTest, ExtensionsDescriptionThatMakesNoSense_HasNoVersion) {
           "<plist version=\"1.0\"><dict><key>CFBundleVersion</key><true/></dict></plist>"}) {
         laptop().bundle().setResource(file, text);
         EXPECT_EQ(TurboModule::kextVersion(), std::nullopt) << text;
-        EXPECT_EQ(TurboModule::kextPath(), cputune);
+        EXPECT_EQ(TurboModule::kextPath(), cputunePath);
     }
 }
 
@@ -326,7 +326,7 @@ TEST_F(TurboModuleTest, Version13OnIntel_ActivationLoadsAndDeactivationAndEveryS
     EXPECT_EQ(sent(), QStringList{unloadVentura});
     laptop().workspace().sleep();
     EXPECT_EQ(sent(), QStringList{unloadVentura});
-    EXPECT_TRUE(laptop().files().writes().filter(configuration).isEmpty());
+    EXPECT_TRUE(laptop().files().writes().filter(turboConfiguration).isEmpty());
     EXPECT_TRUE(laptop().tasks().runs().isEmpty());
     EXPECT_TRUE(getsLogged(
         QStringLiteral("Attempted unloading kext [DisableTurboBoost.64bits.kext]: unloaded"), 4));
@@ -352,7 +352,7 @@ TEST_F(TurboModuleTest, Version13OnAnotherProcessor_SwitchesTheSystemsOwnMode) {
         QStringLiteral("Attempted disable macOS low power mode: profile power-saver"), 2));
     EXPECT_TRUE(
         getsLogged(QStringLiteral("Attempted disable macOS low power mode: profile balanced"), 3));
-    EXPECT_TRUE(laptop().files().writes().filter(configuration).isEmpty());
+    EXPECT_TRUE(laptop().files().writes().filter(turboConfiguration).isEmpty());
 }
 
 TEST_F(TurboModuleTest, Version13_CreationLogsThenSwitchesTurboOn) {
