@@ -94,28 +94,38 @@ void PowerProfilesHold::ask(const Reported& reported) {
         profilesCall(service_, "HoldProfile",
                      {QStringLiteral("power-saver"), QStringLiteral("Low Power Mode"),
                       QStringLiteral("com.TarnwickStudios.quorvane")});
-    Reply::expect(bus_.asyncCall(call), this,
-                  [this, service = service_, reported](const QDBusMessage& reply) {
-                      held(service, reply, reported);
-                  });
+    const auto answered = [this, reported, service = service_,
+                           asked = ++asked_](const QDBusMessage& reply) {
+        if (asked == asked_) {
+            held(reply, reported);
+            return;
+        }
+        const QDBusReply<uint> cookie(reply);
+        if (cookie.isValid()) {
+            // It was released before it was granted.
+            [[maybe_unused]] const QDBusPendingCall unanswered = giveBack(service, cookie.value());
+        }
+        reported({true, name()});
+    };
+    Reply::expect(bus_.asyncCall(call), this, answered);
 }
 
-void PowerProfilesHold::held(const QString& service, const QDBusMessage& reply,
-                             const Reported& reported) {
+QDBusPendingCall PowerProfilesHold::giveBack(const QString& service, uint cookie) const {
+    return bus_.asyncCall(profilesCall(service, "ReleaseProfile", {cookie}));
+}
+
+void PowerProfilesHold::held(const QDBusMessage& reply, const Reported& reported) {
     const QDBusReply<uint> cookie(reply);
-    if (service_.isEmpty()) { // given up while the service was still at it
-        if (cookie.isValid()) {
-            bus_.send(profilesCall(service, "ReleaseProfile", {cookie.value()}));
-        }
-        reported({false, QStringLiteral("it was given up meanwhile")});
-        return;
-    }
     if (cookie.isValid()) {
         cookie_ = cookie.value();
+        isWanted_ = true;
         reported({true, name()});
         return;
     }
-    service_.clear();
+    if (isWanted_) {
+        return; // it has ended again; the next one is asked when it appears
+    }
+    const QString service = std::exchange(service_, {});
     watcher_.removeWatchedService(service);
     if (!bus_.interface()->isServiceRegistered(service).value()) {
         unstartable_.insert(service);
@@ -129,6 +139,8 @@ void PowerProfilesHold::held(const QString& service, const QDBusMessage& reply,
 }
 
 void PowerProfilesHold::release(const Reported& reported) {
+    ++asked_;
+    isWanted_ = false;
     const QString service = std::exchange(service_, {});
     const std::optional<uint> cookie = std::exchange(cookie_, std::nullopt);
     if (!service.isEmpty()) {
@@ -139,7 +151,7 @@ void PowerProfilesHold::release(const Reported& reported) {
         return;
     }
     // A service that has forgotten the hold has gone back to the user's profile as well.
-    Reply::expect(bus_.asyncCall(profilesCall(service, "ReleaseProfile", {*cookie})), this,
+    Reply::expect(giveBack(service, *cookie), this,
                   [this, reported](const QDBusMessage& /*reply*/) {
                       reported({true, name()});
                   });
@@ -149,11 +161,12 @@ void PowerProfilesHold::release(const Reported& reported) {
 void PowerProfilesHold::profileReleased(uint cookie) {
     if (cookie_ == cookie) {
         cookie_.reset();
+        isWanted_ = false;
     }
 }
 
 void PowerProfilesHold::appeared(const QString& service) {
-    if (service == service_ && cookie_) {
+    if (service == service_ && isWanted_) {
         cookie_.reset();
         ask([](const Outcome& /*outcome*/) {});
     }

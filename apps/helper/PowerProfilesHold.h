@@ -3,6 +3,7 @@
 #include "apps/helper/Driver.h"
 
 #include <QDBusConnection>
+#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QSet>
@@ -36,13 +37,16 @@ class PowerProfilesHold final : public QObject, public Driver {
     [[nodiscard]] QString availableService() const;
     void ask(const Reported& reported);
     void appeared(const QString& service);
-    void held(const QString& service, const QDBusMessage& reply, const Reported& reported);
+    void held(const QDBusMessage& reply, const Reported& reported);
+    [[nodiscard]] QDBusPendingCall giveBack(const QString& service, uint cookie) const;
 
     QDBusConnection bus_;
     QDBusServiceWatcher watcher_;
     QSet<QString> unstartable_;
     QString service_; ///< the one of its names that is used; empty: not engaged
     std::optional<uint> cookie_;
+    bool isWanted_ = false; ///< it was held, and nobody has ended that
+    int asked_ = 0; ///< grows with each request; the answer to an earlier one no longer counts
 };
 
 } // namespace quorvane

@@ -103,9 +103,10 @@ class Bus:
         self.connection = Gio.bus_get_sync(Gio.BusType.SYSTEM, None)
 
     def call(self, method, arguments=None):
-        return self.connection.call_sync(
+        reply = self.connection.call_sync(
             "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-            arguments, None, Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+            arguments, None, Gio.DBusCallFlags.NONE, -1, None).unpack()
+        return reply[0] if reply else None
 
     def has_owner(self, name=NAME):
         return self.call("NameHasOwner", GLib.Variant("(s)", (name,)))
