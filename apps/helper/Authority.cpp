@@ -59,8 +59,11 @@ bool isYes(const QDBusMessage& reply) {
     }
     const auto answer = reply.arguments().at(0).value<QDBusArgument>();
     bool isAuthorized = false;
+    bool isChallenge = false;
+    PolkitDetails details;
     answer.beginStructure();
-    answer >> isAuthorized;
+    answer >> isAuthorized >> isChallenge >> details;
+    answer.endStructure(); // left open, it would keep the message for ever
     return isAuthorized;
 }
 

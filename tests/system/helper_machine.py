@@ -83,8 +83,12 @@ class HelperMachine(unittest.TestCase):
     def helper(self):
         return self.bus.process_of()
 
+    @staticmethod
+    def snapshot():
+        return power_attributes.snapshot()
+
     def check_nothing_is_changed(self):
-        self.assertEqual(power_attributes.snapshot(), self.found)
+        self.assertEqual(self.snapshot(), self.found)
         self.assertFalse(os.path.exists(LOADED))
 
     @staticmethod
