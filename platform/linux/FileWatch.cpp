@@ -49,7 +49,8 @@ Place nearestPlace(const QString& target) {
 } // namespace
 
 FileWatch::FileWatch(QString path, Links links, QObject* parent)
-    : QObject(parent), path_(std::move(path)), links_(links), inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    : QObject(parent), path_(std::move(path)), links_(links),
+      inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
     if (inotify_ < 0) {
         error_ = qt_error_string(errno);
         return;

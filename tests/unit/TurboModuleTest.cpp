@@ -47,8 +47,8 @@ class TurboModuleTest : public SimulatedLaptopTest {
         });
         useModules([this] {
             ModuleList modules;
-            modules.push_back(makeModule<TurboModule>());
-            module_ = dynamic_cast<TurboModule*>(modules.back().get());
+            modules.push_back(makeModule<quorvane::TurboModule>());
+            module_ = dynamic_cast<quorvane::TurboModule*>(modules.back().get());
             return modules;
         });
     }
@@ -79,7 +79,7 @@ class TurboModuleTest : public SimulatedLaptopTest {
 
     static void switchMode(bool on) { BatterySaver::batterySaver().setEnabled(on); }
 
-    TurboModule& module() { return *module_; }
+    quorvane::TurboModule& module() { return *module_; }
 
     /// The commands that were sent since the last time, all of which have arrived.
     QStringList sent() {
@@ -119,7 +119,7 @@ class TurboModuleTest : public SimulatedLaptopTest {
     }
 
   private:
-    TurboModule* module_ = nullptr;
+    quorvane::TurboModule* module_ = nullptr;
     QStringList sent_;
     QStringList arrived_;
     qsizetype writesBefore_ = 0;
@@ -273,8 +273,8 @@ TEST_F(TurboModuleTest, MissingExtensionInTheBundle_IsNeverNewerAndItsNilIsLogge
     laptop().bundle().clearResources();
     loadedVersion("1.0");
     start();
-    EXPECT_EQ(TurboModule::kextPath(), std::nullopt);
-    EXPECT_EQ(TurboModule::kextVersion(), std::nullopt);
+    EXPECT_EQ(quorvane::TurboModule::kextPath(), std::nullopt);
+    EXPECT_EQ(quorvane::TurboModule::kextVersion(), std::nullopt);
     EXPECT_EQ(logged(QStringLiteral("Checked kext version: (Available: (null), Running: 1.0)")), 1);
     EXPECT_EQ(sent(), QStringList());
 
@@ -296,8 +296,8 @@ TEST_F(TurboModuleTest, ExtensionsDescriptionThatMakesNoSense_HasNoVersion) {
          {"nonsense", "<plist version=\"1.0\"><dict/></plist>",
           "<plist version=\"1.0\"><dict><key>CFBundleVersion</key><true/></dict></plist>"}) {
         laptop().bundle().setResource(file, text);
-        EXPECT_EQ(TurboModule::kextVersion(), std::nullopt) << text;
-        EXPECT_EQ(TurboModule::kextPath(), cputunePath);
+        EXPECT_EQ(quorvane::TurboModule::kextVersion(), std::nullopt) << text;
+        EXPECT_EQ(quorvane::TurboModule::kextPath(), cputunePath);
     }
 }
 
@@ -367,7 +367,7 @@ TEST_F(TurboModuleTest, Version13WithoutTheExtension_SendsNoPathAndLogsNil) {
     laptop().bundle().clearResources();
     useIntel13();
     start();
-    EXPECT_EQ(TurboModule::kextPathVentura(), std::nullopt);
+    EXPECT_EQ(quorvane::TurboModule::kextPathVentura(), std::nullopt);
     EXPECT_EQ(sent(), QStringList{QStringLiteral("unload")});
     EXPECT_TRUE(getsLogged(QStringLiteral("Attempted unloading kext [(null)]: unloaded")));
 }
@@ -379,10 +379,10 @@ TEST_F(TurboModuleTest, Processor_IsIntelOnlyUnderExactlyThatName) {
                                         {"x86_64h", false},
                                         {"", false}}) {
         useSystem(true, QString::fromLatin1(name));
-        EXPECT_EQ(TurboModule::isIntelProcessor(), isIntel) << name;
+        EXPECT_EQ(quorvane::TurboModule::isIntelProcessor(), isIntel) << name;
     }
     useSystem(true, std::nullopt);
-    EXPECT_FALSE(TurboModule::isIntelProcessor());
+    EXPECT_FALSE(quorvane::TurboModule::isIntelProcessor());
 }
 
 // --- sleep and waking
@@ -490,7 +490,7 @@ TEST_F(TurboModuleTest, Controller_FindsIt) {
     start();
     QuorvaneModule* const turbo = BatterySaver::batterySaver().turboModule();
     ASSERT_NE(turbo, nullptr);
-    EXPECT_NE(dynamic_cast<TurboModule*>(turbo), nullptr);
+    EXPECT_NE(dynamic_cast<quorvane::TurboModule*>(turbo), nullptr);
 }
 
 } // namespace quorvane::test
