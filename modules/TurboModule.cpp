@@ -168,7 +168,7 @@ bool TurboModule::kextNeedsUpdate() {
     const std::optional<QString> running = runningKextVersion();
     log(QStringLiteral("Checked kext version: (Available: %1, Running: %2)")
             .arg(textOrNull(available), textOrNull(running)));
-    return available && running && compareVersions(*available, *running) > 0;
+    return available && running && std::is_gt(compareVersions(*available, *running));
 }
 
 void TurboModule::executeInHelper(const std::function<void(HelperToolProtocol& proxy)>& block) {
