@@ -80,17 +80,21 @@ bool HelperTool::isHelperToolInstalled() const {
 }
 
 void HelperTool::installAction() {
-    if (!platform().helperInstaller().install(label())) {
-        log(QStringLiteral("Success installing helper"));
-    }
+    platform().helperInstaller().install(label(), [](const std::optional<QString>& error) {
+        if (!error) {
+            log(QStringLiteral("Success installing helper"));
+        }
+    });
 }
 
 void HelperTool::removeAction() {
-    if (const std::optional<QString> error = platform().helperInstaller().remove(label())) {
-        log(QStringLiteral("error removing helper %1").arg(*error));
-    } else {
-        log(QStringLiteral("Success removed helper"));
-    }
+    platform().helperInstaller().remove(label(), [](const std::optional<QString>& error) {
+        if (error) {
+            log(QStringLiteral("error removing helper %1").arg(*error));
+        } else {
+            log(QStringLiteral("Success removed helper"));
+        }
+    });
 }
 
 void HelperTool::installLatestVersion() {

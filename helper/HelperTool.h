@@ -38,13 +38,15 @@ class HelperTool : public QObject {
     void setupAuthRef();
 
     [[nodiscard]] bool isHelperToolInstalled() const;
+
+    /// Both only begin it; what came of it goes to the log later. A failed installation is silent.
     void installAction();
     void removeAction();
 
     /// Installs the helper if it is missing, else replaces it if it is older than the bundle's.
     void installLatestVersion();
 
-    /// Removes the helper. Always true.
+    /// Begins to remove the helper. Always true.
     bool uninstall();
 
     /// The running helper's version; asked for once, blocking for up to 5 seconds. Nothing when it

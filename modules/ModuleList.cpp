@@ -4,6 +4,9 @@
 #include "modules/AppNapModule.h"
 #include "modules/BrightnessModule.h"
 #include "modules/BrowserModule.h"
+#include "modules/TurboModule.h"
+
+#include <utility>
 
 namespace quorvane {
 
@@ -12,10 +15,14 @@ namespace quorvane {
 // place in this row:
 //   brightness, top apps, services, browsers, idle applications, turbo.
 ModuleList makeModules() {
+    // Made first all the same: what an earlier run has left of the turbo is put right before
+    // anything else is looked at.
+    std::unique_ptr<TurboModule> turbo = makeModule<TurboModule>();
     ModuleList modules;
     modules.push_back(makeModule<BrightnessModule>());
     modules.push_back(makeModule<BrowserModule>());
     modules.push_back(SharedInstances::share<AppNapModule>());
+    modules.push_back(std::move(turbo));
     return modules;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -15,7 +16,7 @@ class AuthorizationRef {
 };
 
 /// The machine's store of rights: which commands of the helper need whose consent. Main thread
-/// only.
+/// only, unless said otherwise.
 class Authorization {
   public:
     /// Length of an external form, in bytes.
@@ -37,6 +38,12 @@ class Authorization {
     /// which the description is translated. Returns whether it was created.
     virtual bool setRight(const AuthorizationRef& ref, const QString& name, const QString& rule,
                           const QString& description, const QString& table) = 0;
+
+    /// Starts a tool as the administrator, by its absolute path and its arguments, never through a
+    /// shell. Returns 0 when it was started, else the platform's error. Does not wait for it: the
+    /// user may be asked for a password, and whether the tool succeeds is not told. Any thread.
+    virtual int executeWithPrivileges(const AuthorizationRef& ref, const QString& tool,
+                                      const QStringList& arguments) = 0;
 };
 
 } // namespace quorvane

@@ -27,6 +27,10 @@ class Bundle {
     /// `type` is the file's extension without the dot.
     [[nodiscard]] virtual std::optional<QByteArray> resource(const QString& name,
                                                              const QString& type) const = 0;
+
+    /// The full path of a file or folder of the bundle's resources, or nothing when there is none.
+    [[nodiscard]] virtual std::optional<QString> pathForResource(const QString& name,
+                                                                 const QString& type) const = 0;
 };
 
 } // namespace quorvane

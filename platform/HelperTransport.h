@@ -10,7 +10,8 @@ namespace quorvane {
 class HelperToolProtocol;
 
 /// One connection to the privileged helper. Opened, used and dropped on the main thread; replies
-/// and handlers arrive on a thread of the connection's own, never on the main thread.
+/// and handlers arrive on a thread of the connection's own, never on the main thread. They must not
+/// wait for the main thread, which waits for them when it drops the connection.
 class HelperConnection {
   public:
     using ErrorHandler = std::function<void(const QString& error)>;

@@ -14,6 +14,7 @@ class HelperInstaller;
 class HelperTransport;
 class LogSink;
 class LoginItems;
+class OperatingSystem;
 class Pasteboard;
 class PowerSources;
 class Processes;
@@ -42,6 +43,7 @@ class Platform {
     virtual HelperTransport& helperTransport() = 0;
     virtual LogSink& logSink() = 0;
     virtual LoginItems& loginItems() = 0;
+    virtual OperatingSystem& operatingSystem() = 0;
     virtual Pasteboard& pasteboard() = 0;
     virtual PowerSources& powerSources() = 0;
     virtual Processes& processes() = 0;

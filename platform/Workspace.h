@@ -63,6 +63,13 @@ class Workspace : public QObject {
     /// The application has come to the front, or has left it for another one or for none.
     void didActivateApplication(const quorvane::RunningApplication& application);
     void didDeactivateApplication(const quorvane::RunningApplication& application);
+
+    /// The machine is about to sleep. It waits, for some seconds at most, until every slot has
+    /// returned and the helper has answered what they asked of it. Never sent where nobody tells.
+    void willSleep();
+
+    /// The machine has woken up again; once after each `willSleep`.
+    void didWake();
 };
 
 } // namespace quorvane

@@ -46,6 +46,9 @@ void Day::storeSettings() const {
     settings.writeFromElsewhere(QStringLiteral("QuorvaneAutoStartSetting"),
                                 static_cast<quint64>(plan_.mode));
     settings.writeFromElsewhere(QStringLiteral("BatteryThreshold"), plan_.threshold);
+    // This laptop's power goes into its board and its screen: it has no turbo to save on, and what
+    // that would save is not to be counted.
+    settings.writeFromElsewhere(QStringLiteral("TurboModuleActivated"), false);
     // The user has seen the welcome long ago.
     settings.writeFromElsewhere(QStringLiteral("SplashWindowShown"), true);
 }

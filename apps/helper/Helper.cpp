@@ -48,8 +48,12 @@ Helper::Helper(const QDBusConnection& bus, const Options& options, LogSink& log)
         considerLeaving();
     });
     connect(&object_, &HelperObject::becameIdle, this, &Helper::considerLeaving);
+    // Without the bus nobody can give up what he holds.
+    bus_.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                 SIGNAL(left()));
     idle_.setSingleShot(true);
-    idle_.setTimerType(Qt::VeryCoarseTimer);
+    idle_.setTimerType(Qt::CoarseTimer);
     idle_.setInterval(options.idleLimit);
     connect(&idle_, &QTimer::timeout, this, &Helper::leave);
 }

@@ -48,7 +48,7 @@ class Helper final : public QObject {
     void putEverythingBack();
 
   Q_SIGNALS:
-    /// It has left the bus's name and may end.
+    /// It has given up its name, or the bus has gone, and is to end.
     void left();
 
   private:

@@ -73,13 +73,13 @@ void HelperObject::add(QLatin1String name, QLatin1String signature, const QStrin
 
 void HelperObject::receive(const QDBusMessage& call, const QString& action, const Body& body) {
     if (isLeaving_) {
-        bus_.send(call.createErrorReply(helpernames::leavingError,
-                                        QStringLiteral("The helper is leaving; ask again.")));
+        send(call, call.createErrorReply(helpernames::leavingError,
+                                         QStringLiteral("The helper is leaving; ask again.")));
         return;
     }
     if (!limits_.take(call.service())) {
-        bus_.send(call.createErrorReply(QDBusError::LimitsExceeded,
-                                        QStringLiteral("Too many commands are under way.")));
+        send(call, call.createErrorReply(QDBusError::LimitsExceeded,
+                                         QStringLiteral("Too many commands are under way.")));
         return;
     }
     authority_.check(call.service(), action, [this, call, body](bool isAllowed) {
@@ -96,10 +96,14 @@ Reported HelperObject::replyTo(const QDBusMessage& call) {
     return [this, call](const Outcome& outcome) { finish(call, call.createReply(outcome.text)); };
 }
 
-void HelperObject::finish(const QDBusMessage& call, const QDBusMessage& reply) {
+void HelperObject::send(const QDBusMessage& call, const QDBusMessage& reply) const {
     if (call.isReplyRequired()) {
         bus_.send(reply);
     }
+}
+
+void HelperObject::finish(const QDBusMessage& call, const QDBusMessage& reply) {
+    send(call, reply);
     limits_.release(call.service());
     if (limits_.isEmpty()) {
         Q_EMIT becameIdle();

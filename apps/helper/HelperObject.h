@@ -38,6 +38,7 @@ class HelperObject final : public ExportedObject {
     void add(QLatin1String name, QLatin1String signature, const QString& action, const Body& body);
     void receive(const QDBusMessage& call, const QString& action, const Body& body);
     void finish(const QDBusMessage& call, const QDBusMessage& reply);
+    void send(const QDBusMessage& call, const QDBusMessage& reply) const;
     [[nodiscard]] Reported replyTo(const QDBusMessage& call);
 
     QDBusConnection bus_;

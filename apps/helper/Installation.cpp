@@ -48,7 +48,7 @@ std::optional<QString> Installation::install() const {
     if (isPackaged()) {
         return QStringLiteral("the distribution's package has installed the helper already");
     }
-    const std::optional<QString> error = writeAll();
+    std::optional<QString> error = writeAll();
     if (error) {
         [[maybe_unused]] const auto rest = {removeService(), removeFiles()};
     }

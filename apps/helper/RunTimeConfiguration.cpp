@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -29,19 +30,29 @@ std::optional<char> firstByte(int place) {
 } // namespace
 
 RunTimeConfiguration::RunTimeConfiguration(QString path, Users users)
-    : path_(std::move(path)), users_(std::move(users)) {}
+    : path_(std::move(path)), users_(std::move(users)) {
+    constexpr std::chrono::milliseconds settlingTime{50};
+    settling_.setSingleShot(true);
+    settling_.setInterval(settlingTime);
+    connect(&settling_, &QTimer::timeout, this, [this] { Q_EMIT said(read()); });
+}
 
 void RunTimeConfiguration::start() {
     if (watch_) {
         return;
     }
     watch_ = std::make_unique<FileWatch>(path_, FileWatch::Links::NotFollowed);
-    connect(watch_.get(), &FileWatch::touched, this, [this] { Q_EMIT said(read()); });
+    connect(watch_.get(), &FileWatch::touched, this, [this] {
+        if (!settling_.isActive()) {
+            settling_.start();
+        }
+    });
     Q_EMIT said(read());
 }
 
 void RunTimeConfiguration::stop() {
     watch_.reset();
+    settling_.stop();
 }
 
 // What it is is found out before it is opened: opening a pipe or a device has effects of its own.
@@ -59,7 +70,8 @@ std::optional<char> RunTimeConfiguration::read() const {
         byte = firstByte(place);
     }
     ::close(place);
-    return byte == '0' || byte == '1' ? byte : std::nullopt;
+    const bool isSetting = byte && (*byte == '0' || *byte == '1');
+    return isSetting ? byte : std::nullopt;
 }
 
 std::set<uid_t> usersInFront() {

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -27,7 +28,8 @@ class RunTimeConfiguration final : public QObject {
     /// `users` tells who is in front of the machine now.
     RunTimeConfiguration(QString path, Users users);
 
-    /// Tells what the file says, now and after each change, until `stop`.
+    /// Tells what the file says, now and after each change, until `stop`. However often it changes,
+    /// it is looked at twenty times a second at most.
     void start();
     void stop();
 
@@ -41,6 +43,7 @@ class RunTimeConfiguration final : public QObject {
     QString path_;
     Users users_;
     std::unique_ptr<FileWatch> watch_;
+    QTimer settling_;
 };
 
 /// The users of the sessions that are active on a seat, as logind records them.

@@ -66,15 +66,13 @@ std::optional<QString> remove(const Installation& installation, const ServiceMan
     if (installation.isPackaged() && !installation.isInstalled()) {
         return QStringLiteral("the distribution's package has installed the helper; remove that");
     }
-    if (const auto error = installation.removeService()) {
-        return error;
-    }
+    std::optional<QString> error = installation.removeService();
     services.reload();
-    if (const auto error = services.stop()) {
-        return error;
+    error = error ? error : services.stop();
+    if (!error) {
+        error = installation.removeFiles();
+        services.reload();
     }
-    const auto error = installation.removeFiles();
-    services.reload();
     return error;
 }
 

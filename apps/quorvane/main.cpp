@@ -41,14 +41,15 @@ int main(int argc, char** argv) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Lengthens the battery life of this laptop: watches the battery and, in Low Power Mode,\n"
-        "dims the screen; puts everything back when the mode ends. Shows an icon with a menu in\n"
-        "the panel and runs until you quit it.\n\n"
+        "dims the screen and slows the processor down; puts everything back when the mode ends.\n"
+        "Shows an icon with a menu in the panel and runs until you quit it.\n\n"
         "Settings: com.TarnwickStudios.quorvane.conf in ~/.config (or $XDG_CONFIG_HOME).\n"
         "  QuorvaneActive=true|false            switches Low Power Mode on and off\n"
         "  QuorvaneAutoStartSetting=0|1|2       at the threshold: start at once, ask, do nothing\n"
         "  BatteryThreshold=70                  percent\n"
         "  MenuBarShowBatteryIcon=true|false    the icon is a gauge of the battery\n"
         "  MenuBarDisplayMode=0|1|2             beside it: nothing, percentage, time left\n"
+        "  TurboModuleActivated=true|false      slow the processor down in Low Power Mode\n"
         "  BrightnessModuleActivated=true|false dim the screen in Low Power Mode\n"
         "  BrightnessModuleAmount=50            0 (darkest) to 100 (brightest)\n"
         "  BrowserModuleActivated=true|false    pause browsers in the background\n"

@@ -42,7 +42,17 @@ QUrl LinuxBundle::bundleURL() const {
 }
 
 std::optional<QByteArray> LinuxBundle::resource(const QString& name, const QString& type) const {
-    return contentsOf(QStringLiteral("%1/Resources/%2.%3").arg(contentsFolder_, name, type));
+    return contentsOf(resourcePath(name, type));
+}
+
+std::optional<QString> LinuxBundle::pathForResource(const QString& name,
+                                                    const QString& type) const {
+    const QString path = resourcePath(name, type);
+    return QFile::exists(path) ? std::optional(path) : std::nullopt;
+}
+
+QString LinuxBundle::resourcePath(const QString& name, const QString& type) const {
+    return QStringLiteral("%1/Resources/%2.%3").arg(contentsFolder_, name, type);
 }
 
 } // namespace quorvane

@@ -26,7 +26,12 @@ class LinuxBundle final : public Bundle {
     [[nodiscard]] std::optional<QByteArray> resource(const QString& name,
                                                      const QString& type) const override;
 
+    [[nodiscard]] std::optional<QString> pathForResource(const QString& name,
+                                                         const QString& type) const override;
+
   private:
+    [[nodiscard]] QString resourcePath(const QString& name, const QString& type) const;
+
     QString contentsFolder_;
     QVariantMap info_; ///< empty outside a bundle
 };

@@ -9,7 +9,8 @@ class LinuxFiles final : public Files {
   public:
     [[nodiscard]] QString applicationSupportFolder() const override;
     [[nodiscard]] Contents read(const QString& path) const override;
-    bool writeAtomically(const QString& path, const QByteArray& data) override;
+    Written writeAtomically(const QString& path, const QByteArray& data,
+                            Readers readers = Readers::AsUsual) override;
     std::optional<QString> keepAside(const QString& path) override;
     bool createFolder(const QString& path) override;
 };

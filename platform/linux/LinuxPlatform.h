@@ -1,13 +1,16 @@
 #pragma once
 
 #include "platform/Platform.h"
-#include "platform/linux/AbsentHelper.h"
 #include "platform/linux/AbsentLoginItems.h"
+#include "platform/linux/LinuxAuthorization.h"
 #include "platform/linux/LinuxBundle.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxDisplays.h"
 #include "platform/linux/LinuxFiles.h"
+#include "platform/linux/LinuxHelperInstaller.h"
+#include "platform/linux/LinuxHelperTransport.h"
 #include "platform/linux/LinuxLog.h"
+#include "platform/linux/LinuxOperatingSystem.h"
 #include "platform/linux/LinuxPowerSources.h"
 #include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxSettings.h"
@@ -18,6 +21,7 @@
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/PackageKitUpdates.h"
 #include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/SleepWatch.h"
 
 #include <QDBusConnection>
 
@@ -36,7 +40,7 @@ class LinuxPlatform final : public Platform {
     LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConnection& systemBus,
                   const RunningCopies* copies = nullptr);
 
-    Authorization& authorization() override { return helper_; }
+    Authorization& authorization() override { return authorization_; }
 
     Bundle& bundle() override { return bundle_; }
 
@@ -48,13 +52,15 @@ class LinuxPlatform final : public Platform {
 
     Files& files() override { return files_; }
 
-    HelperInstaller& helperInstaller() override { return helper_; }
+    HelperInstaller& helperInstaller() override { return helperInstaller_; }
 
-    HelperTransport& helperTransport() override { return helper_; }
+    HelperTransport& helperTransport() override { return helperTransport_; }
 
     LogSink& logSink() override { return log_; }
 
     LoginItems& loginItems() override { return loginItems_; }
+
+    OperatingSystem& operatingSystem() override { return operatingSystem_; }
 
     Pasteboard& pasteboard() override { return windows_; }
 
@@ -77,6 +83,7 @@ class LinuxPlatform final : public Platform {
     Workspace& workspace() override { return workspace_; }
 
     /// For the end of the program: what was asked of other services last still gets done. Bounded.
+    /// The helper is not heard of any more afterwards.
     void finishPendingWork();
 
   private:
@@ -84,12 +91,15 @@ class LinuxPlatform final : public Platform {
 
     LinuxLog log_;
     PuttingBackJournal journal_;
-    AbsentHelper helper_;
+    LinuxAuthorization authorization_;
     LinuxBundle bundle_;
     LinuxClock clock_;
     LinuxDisplays displays_;
     LinuxFiles files_;
+    LinuxHelperInstaller helperInstaller_;
+    LinuxHelperTransport helperTransport_;
     AbsentLoginItems loginItems_;
+    LinuxOperatingSystem operatingSystem_;
     LinuxPowerSources powerSources_;
     LinuxProcesses processes_;
     LinuxSettings settings_;
@@ -99,6 +109,7 @@ class LinuxPlatform final : public Platform {
     LinuxUserNotifications userNotifications_;
     LinuxWindows windows_;
     LinuxWorkspace workspace_;
+    SleepWatch sleepWatch_;
 };
 
 } // namespace quorvane

@@ -2,6 +2,7 @@
 
 #include "platform/Authorization.h"
 
+#include <QList>
 #include <QMap>
 
 namespace quorvane {
@@ -30,9 +31,21 @@ class SimulatedAuthorization final : public Authorization {
         return !failSetting_;
     }
 
+    int executeWithPrivileges(const AuthorizationRef& /*ref*/, const QString& tool,
+                              const QStringList& arguments) override {
+        executed_.append(QStringList{tool} + arguments);
+        return statuses_.value(tool, 0);
+    }
+
     void setRule(const QString& name, const QString& rule) { rules_.insert(name, rule); }
 
     [[nodiscard]] const QMap<QString, QString>& rules() const { return rules_; }
+
+    /// What was to be started as the administrator, each with its arguments, in order.
+    [[nodiscard]] const QList<QStringList>& executed() const { return executed_; }
+
+    /// The status with which this tool is not started.
+    void failExecuting(const QString& tool, int status) { statuses_.insert(tool, status); }
 
     void failCreating() { failCreating_ = true; }
 
@@ -42,6 +55,8 @@ class SimulatedAuthorization final : public Authorization {
 
   private:
     QMap<QString, QString> rules_;
+    QList<QStringList> executed_;
+    QMap<QString, int> statuses_;
     bool failCreating_ = false;
     bool failExternalForm_ = false;
     bool failSetting_ = false;

@@ -18,13 +18,22 @@ Files::Contents SimulatedFiles::read(const QString& path) const {
     return {files_.value(path), true, {}};
 }
 
-bool SimulatedFiles::writeAtomically(const QString& path, const QByteArray& data) {
+Files::Written SimulatedFiles::writeAtomically(const QString& path, const QByteArray& data,
+                                               Readers readers) {
     const QString folder = QFileInfo(path).path();
-    if (readOnly_ || (folder != applicationSupportFolder() && !folders_.contains(folder))) {
-        return false;
+    if (readOnly_) {
+        return {path + QStringLiteral(": Read-only file system")};
+    }
+    if (folder != applicationSupportFolder() && folder != QLatin1String("/tmp") &&
+        !folders_.contains(folder)) {
+        return {path + QStringLiteral(": No such file or directory")};
     }
     files_.insert(path, data);
-    return true;
+    writes_.append(path);
+    if (readers == Readers::Everybody) {
+        open_.insert(path);
+    }
+    return {};
 }
 
 std::optional<QString> SimulatedFiles::keepAside(const QString& path) {

@@ -2,6 +2,7 @@
 
 #include "helper/HelperToolProtocol.h"
 
+#include <QMap>
 #include <QThreadPool>
 
 #include <list>
@@ -15,11 +16,23 @@ struct SimulatedHelper::Shared {
     State state = State::Answers;
     QString version;
     QStringList calls;
+    std::function<void(const QString& call)> sendListener; ///< of the sending thread's
+    QMap<QString, QString> replies{
+        {QStringLiteral("load"), QStringLiteral("loaded")},
+        {QStringLiteral("unload"), QStringLiteral("unloaded")},
+        {QStringLiteral("low power on"), QStringLiteral("on")},
+        {QStringLiteral("low power off"), QStringLiteral("off")},
+    };
     std::list<std::weak_ptr<std::function<void()>>> invalidationHandlers;
 
     void note(const QString& call) {
         const std::lock_guard lock(mutex);
         calls.append(call);
+    }
+
+    [[nodiscard]] QString reply(const QString& command) {
+        const std::lock_guard lock(mutex);
+        return replies.value(command);
     }
 };
 
@@ -51,11 +64,11 @@ class Proxy final : public HelperToolProtocol {
           errorHandler_(std::move(errorHandler)) {}
 
     void loadModuleNamed(const QString& path, StatusReply reply) override {
-        send(QStringLiteral("load ") + path, [reply] { reply(QStringLiteral("loaded")); });
+        sendStatus(QStringLiteral("load"), path, std::move(reply));
     }
 
     void unloadModuleNamed(const QString& path, StatusReply reply) override {
-        send(QStringLiteral("unload ") + path, [reply] { reply(QStringLiteral("unloaded")); });
+        sendStatus(QStringLiteral("unload"), path, std::move(reply));
     }
 
     void getTaskPowerMetrics(LinesReply reply) override {
@@ -74,15 +87,25 @@ class Proxy final : public HelperToolProtocol {
     }
 
     void enableLowPowerMode(StatusReply reply) override {
-        send(QStringLiteral("low power on"), [reply] { reply(QStringLiteral("on")); });
+        sendStatus(QStringLiteral("low power on"), {}, std::move(reply));
     }
 
     void disableLowPowerMode(StatusReply reply) override {
-        send(QStringLiteral("low power off"), [reply] { reply(QStringLiteral("off")); });
+        sendStatus(QStringLiteral("low power off"), {}, std::move(reply));
     }
 
   private:
+    void sendStatus(const QString& command, const QString& argument, StatusReply reply) {
+        const QString call = argument.isEmpty() ? command : command + QLatin1Char(' ') + argument;
+        send(call, [shared = shared_, command, reply = std::move(reply)] {
+            reply(shared->reply(command));
+        });
+    }
+
     void send(const QString& call, std::function<void()> answer) {
+        if (shared_->sendListener) {
+            shared_->sendListener(call);
+        }
         queue_->run([shared = shared_, call, answer = std::move(answer), onError = errorHandler_] {
             shared->note(call);
             SimulatedHelper::State state{};
@@ -152,25 +175,42 @@ bool SimulatedHelper::isInstalled(const QString& /*label*/) const {
     return installed_;
 }
 
-std::optional<QString> SimulatedHelper::install(const QString& /*label*/) {
+void SimulatedHelper::install(const QString& /*label*/, Done done) {
     shared_->note(QStringLiteral("install"));
-    if (installError_) {
-        return installError_;
-    }
-    installed_ = true;
-    setVersion(bundledVersion_);
-    setState(State::Answers);
-    return std::nullopt;
+    prompt([this, done = std::move(done)] {
+        if (!installError_) {
+            installed_ = true;
+            setVersion(bundledVersion_);
+            setState(State::Answers);
+        }
+        done(installError_);
+    });
 }
 
-std::optional<QString> SimulatedHelper::remove(const QString& /*label*/) {
+void SimulatedHelper::remove(const QString& /*label*/, Done done) {
     shared_->note(QStringLiteral("remove"));
-    if (removeError_) {
-        return removeError_;
+    prompt([this, done = std::move(done)] {
+        if (!removeError_) {
+            installed_ = false;
+            setState(State::Gone);
+        }
+        done(removeError_);
+    });
+}
+
+void SimulatedHelper::prompt(std::function<void()> change) {
+    if (holdsPrompts_) {
+        heldPrompts_.push_back(std::move(change));
+    } else {
+        change();
     }
-    installed_ = false;
-    setState(State::Gone);
-    return std::nullopt;
+}
+
+void SimulatedHelper::answerPrompts() {
+    holdsPrompts_ = false;
+    for (const auto& change : std::exchange(heldPrompts_, {})) {
+        change();
+    }
 }
 
 std::unique_ptr<HelperConnection> SimulatedHelper::connectTo(const QString& /*serviceName*/) {
@@ -181,6 +221,15 @@ std::unique_ptr<HelperConnection> SimulatedHelper::connectTo(const QString& /*se
 void SimulatedHelper::setVersion(const QString& version) {
     const std::lock_guard lock(shared_->mutex);
     shared_->version = version;
+}
+
+void SimulatedHelper::setReply(const QString& command, const QString& reply) {
+    const std::lock_guard lock(shared_->mutex);
+    shared_->replies.insert(command, reply);
+}
+
+void SimulatedHelper::setSendListener(std::function<void(const QString& call)> listener) {
+    shared_->sendListener = std::move(listener);
 }
 
 void SimulatedHelper::setState(State state) {

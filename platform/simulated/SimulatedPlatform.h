@@ -10,6 +10,7 @@
 #include "platform/simulated/SimulatedFiles.h"
 #include "platform/simulated/SimulatedHelper.h"
 #include "platform/simulated/SimulatedLog.h"
+#include "platform/simulated/SimulatedOperatingSystem.h"
 #include "platform/simulated/SimulatedPowerSources.h"
 #include "platform/simulated/SimulatedProcesses.h"
 #include "platform/simulated/SimulatedSettings.h"
@@ -56,6 +57,8 @@ class SimulatedPlatform final : public Platform {
 
     SimulatedLoginItems& loginItems() override { return loginItems_; }
 
+    SimulatedOperatingSystem& operatingSystem() override { return operatingSystem_; }
+
     SimulatedPasteboard& pasteboard() override { return pasteboard_; }
 
     SimulatedPowerSources& powerSources() override { return powerSources_; }
@@ -86,6 +89,7 @@ class SimulatedPlatform final : public Platform {
     SimulatedFiles files_;
     SimulatedHelper helper_;
     SimulatedLoginItems loginItems_;
+    SimulatedOperatingSystem operatingSystem_;
     SimulatedPasteboard pasteboard_;
     SimulatedPowerSources powerSources_;
     SimulatedProcesses processes_;

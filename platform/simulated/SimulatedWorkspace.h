@@ -40,6 +40,11 @@ class SimulatedWorkspace final : public Workspace {
     /// The application ends; if it was in front, none is then.
     void quit(std::int32_t pid);
 
+    /// The lid is closed, and opened again.
+    void sleep() { Q_EMIT willSleep(); }
+
+    void wake() { Q_EMIT didWake(); }
+
     // What came of it.
 
     [[nodiscard]] const QList<QUrl>& openedURLs() const { return openedURLs_; }

@@ -200,6 +200,10 @@
     <translation>Einstellungen</translation>
   </message>
   <message>
+    <source>Slows the processor down</source>
+    <translation>Bremst den Prozessor</translation>
+  </message>
+  <message>
     <source>SplashWindowController</source>
     <translation>SplashWindowController</translation>
   </message>

@@ -200,6 +200,10 @@
     <translation>Réglages</translation>
   </message>
   <message>
+    <source>Slows the processor down</source>
+    <translation>Ralentit le processeur</translation>
+  </message>
+  <message>
     <source>SplashWindowController</source>
     <translation>SplashWindowController</translation>
   </message>

@@ -1,5 +1,4 @@
-#include "helper/HelperToolProtocol.h"
-#include "platform/linux/AbsentHelper.h"
+#include "platform/linux/LinuxAuthorization.h"
 #include "platform/linux/LinuxBundle.h"
 #include "platform/linux/LinuxClock.h"
 #include "platform/linux/LinuxFiles.h"
@@ -13,6 +12,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <sys/stat.h>
 #include <thread>
 
 namespace quorvane::test {
@@ -55,7 +55,28 @@ class LinuxClockTest : public testing::Test {
 
 class LinuxBundleTest : public LinuxFilesTest {};
 
-class AbsentHelperTest : public testing::Test {};
+class LinuxAuthorizationTest : public LinuxFilesTest {
+  protected:
+    /// Stands for pkexec: writes down how it was started, one argument a line.
+    [[nodiscard]] QString recorder() {
+        QString script = path("pkexec");
+        QFile file(script);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\n"
+                   "{ printf '%s\\n' \"$@\"; grep SigBlk /proc/self/status; "
+                   "readlink /proc/$$/fd/0 /proc/$$/fd/2; "
+                   "} >" +
+                   QFile::encodeName(path("new")) + "\nmv " + QFile::encodeName(path("new")) + " " +
+                   QFile::encodeName(path("record")) + "\n");
+        file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        return script;
+    }
+
+    [[nodiscard]] QStringList recorded() const {
+        const QByteArray text = files_.read(path("record")).data.value_or(QByteArray());
+        return QString::fromUtf8(text).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    }
+};
 
 } // namespace
 
@@ -113,6 +134,17 @@ TEST_F(LinuxTasksTest, ForgottenTask_EndsWithItsObject) {
     EXPECT_FALSE(QFile::exists(QStringLiteral("/proc/%1").arg(pid)));
 }
 
+TEST_F(LinuxTasksTest, StandIn_IsRunInThePlaceOfTheToolThatItStandsForAndOfNoOther) {
+    const LinuxTasks tasks({{QStringLiteral("/no/such/tool"), QStringLiteral("/bin/echo")}});
+    LinuxTasks copy = tasks;
+    const auto task = copy.task(QStringLiteral("/no/such/tool"), {QStringLiteral("-b"), {}});
+    ASSERT_TRUE(task->launch());
+    EXPECT_FALSE(task->isRunning()) << "whoever waits for it would look again a second later";
+    EXPECT_EQ(task->readOutput(), "-b \n");
+    EXPECT_EQ(task->launchPath(), QStringLiteral("/no/such/tool"));
+    EXPECT_FALSE(copy.task(QStringLiteral("/no/other/tool"), {})->launch());
+}
+
 TEST_F(LinuxFilesTest, WrittenAndRead_IsTheSame) {
     ASSERT_TRUE(files_.writeAtomically(path("a"), "data"));
     const Files::Contents contents = files_.read(path("a"));
@@ -130,8 +162,45 @@ TEST_F(LinuxFilesTest, MissingFile_IsToldFromOneThatCannotBeRead) {
 }
 
 TEST_F(LinuxFilesTest, FolderThatDoesNotExist_IsNotWrittenInto) {
-    EXPECT_FALSE(files_.writeAtomically(path("no/such/file"), "data"));
+    for (const auto readers : {Files::Readers::AsUsual, Files::Readers::Everybody}) {
+        const Files::Written written =
+            files_.writeAtomically(path("no/such/file"), "data", readers);
+        EXPECT_FALSE(written);
+        EXPECT_TRUE(written.error.startsWith(path("no/such/file: ")))
+            << written.error.toStdString();
+        EXPECT_GT(written.error.size(), path("no/such/file: ").size());
+    }
     EXPECT_FALSE(QFile::exists(path("no")));
+}
+
+TEST_F(LinuxFilesTest, FileForEverybody_CanBeReadByOthersWhateverTheUmask) {
+    const mode_t before = ::umask(0077);
+    EXPECT_TRUE(files_.writeAtomically(path("private"), "0"));
+    for (const char* const text : {"0", "1"}) {
+        EXPECT_TRUE(files_.writeAtomically(path("open"), text, Files::Readers::Everybody));
+        EXPECT_EQ(files_.read(path("open")).data, QByteArray(text));
+    }
+    ::umask(before);
+    const QFile::Permissions others = QFile::ReadGroup | QFile::ReadOther;
+    EXPECT_EQ(QFile::permissions(path("open")) & others, others);
+    EXPECT_EQ(QFile::permissions(path("open")) & (QFile::WriteGroup | QFile::WriteOther), 0);
+    EXPECT_EQ(QFile::permissions(path("private")) & others, 0);
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files).size(), 2) << "something was left behind";
+}
+
+TEST_F(LinuxFilesTest, FileForEverybody_TakesThePlaceOfALinkAndNotOfWhatItLeadsTo) {
+    ASSERT_TRUE(files_.writeAtomically(path("precious"), "mine"));
+    ASSERT_TRUE(QFile::link(path("precious"), path("open")));
+    ASSERT_TRUE(files_.writeAtomically(path("open"), "0", Files::Readers::Everybody));
+    EXPECT_EQ(files_.read(path("precious")).data, QByteArray("mine"));
+    EXPECT_FALSE(QFileInfo(path("open")).isSymLink());
+    EXPECT_EQ(files_.read(path("open")).data, QByteArray("0"));
+}
+
+TEST_F(LinuxFilesTest, FileForEverybody_InThePlaceOfAFolder_FailsAndLeavesNothing) {
+    ASSERT_TRUE(files_.createFolder(path("open/inner")));
+    EXPECT_FALSE(files_.writeAtomically(path("open"), "0", Files::Readers::Everybody));
+    EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files).size(), 0);
 }
 
 TEST_F(LinuxFilesTest, CreateFolder_MakesThoseAboveAndCountsAnExistingOne) {
@@ -198,6 +267,13 @@ TEST_F(LinuxBundleTest, IdentifierAndResources_ComeFromTheFolder) {
     EXPECT_EQ(bundle.identifier(), QStringLiteral("com.example.app"));
     EXPECT_EQ(bundle.resource(QStringLiteral("list"), QStringLiteral("plist")), QByteArray("x"));
     EXPECT_EQ(bundle.resource(QStringLiteral("other"), QStringLiteral("plist")), std::nullopt);
+    EXPECT_EQ(bundle.pathForResource(QStringLiteral("list"), QStringLiteral("plist")),
+              path("Contents/Resources/list.plist"));
+    EXPECT_EQ(bundle.pathForResource(QStringLiteral("other"), QStringLiteral("plist")),
+              std::nullopt);
+    ASSERT_TRUE(files_.createFolder(path("Contents/Resources/Folder.kext")));
+    EXPECT_EQ(bundle.pathForResource(QStringLiteral("Folder"), QStringLiteral("kext")),
+              path("Contents/Resources/Folder.kext"));
 }
 
 TEST_F(LinuxBundleTest, FolderThatIsNoBundle_HasNoIdentifier) {
@@ -207,24 +283,63 @@ TEST_F(LinuxBundleTest, FolderThatIsNoBundle_HasNoIdentifier) {
     EXPECT_TRUE(LinuxBundle(path("Contents")).identifier().isEmpty());
 }
 
-TEST_F(AbsentHelperTest, Commands_FailOnceOffTheMainThread) {
-    AbsentHelper helper;
-    EXPECT_FALSE(helper.isInstalled(QStringLiteral("helper")));
-    EXPECT_TRUE(helper.install(QStringLiteral("helper")).has_value());
-    EXPECT_TRUE(helper.remove(QStringLiteral("helper")).has_value());
-    const auto connection = helper.connectTo(QStringLiteral("helper"));
-    std::atomic<int> errors = 0;
-    std::atomic<bool> invalidated = false;
-    const auto mainThread = std::this_thread::get_id();
-    connection->setInvalidationHandler([&invalidated] { invalidated = true; });
-    const auto proxy = connection->remoteObjectProxy([&](const QString&) {
-        EXPECT_NE(std::this_thread::get_id(), mainThread);
-        ++errors;
-    });
-    proxy->getVersion([](const QString&) { FAIL() << "nobody could have answered"; });
-    EXPECT_TRUE(waitUntil([&errors] { return errors == 1; }));
-    connection->invalidate();
-    EXPECT_TRUE(waitUntil([&invalidated] { return invalidated.load(); }));
+TEST_F(LinuxAuthorizationTest, Reference_HasAFormOfThirtyTwoBytesAndNoRightIsMissing) {
+    LinuxAuthorization authorization;
+    const auto ref = authorization.create();
+    ASSERT_NE(ref, nullptr);
+    EXPECT_EQ(authorization.externalForm(*ref).value_or(QByteArray()).size(), 32);
+    EXPECT_EQ(authorization.right(QStringLiteral("any")), Authorization::RightStatus::Exists);
+}
+
+TEST_F(LinuxAuthorizationTest, Tool_IsStartedWithItsArgumentsAsTheyAre) {
+    sigset_t held{};
+    sigemptyset(&held);
+    sigaddset(&held, SIGTERM);
+    sigset_t before{};
+    pthread_sigmask(SIG_BLOCK, &held, &before);
+    LinuxAuthorization authorization(recorder());
+    const auto ref = authorization.create();
+    EXPECT_EQ(authorization.executeWithPrivileges(
+                  *ref, QStringLiteral("/usr/sbin/chown"),
+                  {QStringLiteral("-R"), QStringLiteral("a path; with $(everything)")}),
+              0);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    ASSERT_TRUE(waitUntil([this] { return !recorded().isEmpty(); }));
+    const QStringList lines = recorded();
+    ASSERT_GE(lines.size(), 6);
+    EXPECT_EQ(lines.mid(0, 4), (QStringList{QStringLiteral("--disable-internal-agent"),
+                                            QStringLiteral("/usr/sbin/chown"), QStringLiteral("-R"),
+                                            QStringLiteral("a path; with $(everything)")}));
+    EXPECT_EQ(lines.at(4), QStringLiteral("SigBlk:\t0000000000000000"));
+    EXPECT_EQ(lines.mid(5),
+              (QStringList{QStringLiteral("/dev/null"), QStringLiteral("/dev/null")}));
+}
+
+TEST_F(LinuxAuthorizationTest, ToolsParent_LivesAsLongAsTheTool) {
+    QFile script(path("pkexec"));
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\necho $PPID >" + QFile::encodeName(path("new")) + "\nmv " +
+                 QFile::encodeName(path("new")) + " " + QFile::encodeName(path("record")) +
+                 "\nwhile test ! -e " + QFile::encodeName(path("end")) + "; do sleep 0.01; done\n");
+    script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    script.close();
+    LinuxAuthorization authorization(path("pkexec"));
+    EXPECT_EQ(authorization.executeWithPrivileges(*authorization.create(),
+                                                  QStringLiteral("/bin/true"), {}),
+              0);
+    ASSERT_TRUE(waitUntil([this] { return !recorded().isEmpty(); }));
+    const QString parent = recorded().constFirst();
+    EXPECT_NE(parent, QStringLiteral("1"));
+    const QString name = QStringLiteral("/proc/%1/comm").arg(parent);
+    EXPECT_EQ(files_.read(name).data, QByteArray("setsid\n"));
+    ASSERT_TRUE(files_.writeAtomically(path("end"), {}));
+    EXPECT_TRUE(waitUntil([&name] { return !QFile::exists(name); }));
+}
+
+TEST_F(LinuxAuthorizationTest, WithoutPolkit_NothingIsStarted) {
+    LinuxAuthorization authorization(path("missing"));
+    const auto ref = authorization.create();
+    EXPECT_EQ(authorization.executeWithPrivileges(*ref, QStringLiteral("/bin/true"), {}), -60031);
 }
 
 } // namespace quorvane::test

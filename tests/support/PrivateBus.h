@@ -17,6 +17,9 @@ class PrivateBus {
 
     [[nodiscard]] bool isRunning() const { return daemon_.isRunning(); }
 
+    /// As when the machine's bus crashes.
+    void stop() { daemon_.kill(); }
+
     /// "unix:path=..."; also put into the test's environment as DBUS_SESSION_BUS_ADDRESS or
     /// DBUS_SYSTEM_BUS_ADDRESS, so that children find it.
     [[nodiscard]] QString address() const { return address_; }

@@ -100,7 +100,8 @@ class Desktop:
                                "interface='org.freedesktop.Notifications'"])
         self.start_x()
         self.start_notification_server()
-        self.set(SplashWindowShown=True)  # not the user's first start
+        # Not the user's first start; and the file that tells the turbo's state is the machine's own.
+        self.set(SplashWindowShown=True, TurboModuleActivated=False)
         return self
 
     def stop(self):

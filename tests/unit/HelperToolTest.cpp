@@ -4,8 +4,6 @@
 #include "helper/Common.h"
 #include "tests/unit/SimulatedLaptopTest.h"
 
-#include <QDeadlineTimer>
-
 #include <atomic>
 #include <thread>
 
@@ -38,17 +36,6 @@ class HelperToolTest : public SimulatedLaptopTest {
         return helper().calls().count(QString::fromLatin1(call));
     }
 
-    // What happens on the connection's thread and is then queued on the main loop.
-    template <class Condition>
-    static bool comesTrue(Condition condition) {
-        const QDeadlineTimer deadline(10000);
-        while (!condition() && !deadline.hasExpired()) {
-            SimulatedClock::runMainQueue();
-            std::this_thread::yield();
-        }
-        return condition();
-    }
-
     [[nodiscard]] bool logs(const char* line) {
         return comesTrue([&] { return laptop().logSink().count(QString::fromLatin1(line)) == 1; });
     }
@@ -66,7 +53,9 @@ TEST_F(HelperToolTest, FirstSwitchIntoTheModeWithoutHelper_InstallsOnceAndAsksNo
     bundle("12");
     start();
     BatterySaver::batterySaver().setEnabled(true);
-    EXPECT_EQ(helper().calls(), QStringList{QStringLiteral("install")});
+    EXPECT_EQ(helper().calls().value(0), QStringLiteral("install"));
+    EXPECT_EQ(calls("install"), 1);
+    EXPECT_EQ(calls("version"), 0);
     EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success installing helper")), 1);
 }
 
@@ -93,6 +82,21 @@ TEST_F(HelperToolTest, NewerVersionAvailable_ReplacesTheHelperAndAsksAnew) {
     EXPECT_FALSE(tool().isConnected());
     EXPECT_EQ(tool().versionNumber(), 13.0);
     EXPECT_EQ(calls("version"), 2);
+}
+
+TEST_F(HelperToolTest, ReplacementThatWaitsForAnAdministrator_IsLoggedWhenItIsDone) {
+    bundle("13");
+    installed("12");
+    helper().holdPrompts();
+    tool().installLatestVersion();
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success removed helper")), 0);
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success installing helper")), 0);
+    helper().answerPrompts();
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success removed helper")), 1);
+    EXPECT_EQ(laptop().logSink().count(QStringLiteral("Success installing helper")), 1);
+    EXPECT_LT(logLines().indexOf(QStringLiteral("Success removed helper")),
+              logLines().indexOf(QStringLiteral("Success installing helper")));
+    EXPECT_EQ(tool().versionNumber(), 13.0);
 }
 
 TEST_F(HelperToolTest, HelperThatDoesNotAnswer_HasNoVersionAfterFiveSecondsAndIsReinstalled) {

@@ -4,9 +4,11 @@
 #include "core/SharedInstances.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
+#include <QDeadlineTimer>
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <thread>
 
 namespace quorvane {
 
@@ -46,6 +48,18 @@ class SimulatedLaptopTest : public testing::Test {
 
     /// Puts these modules in the place of the real ones. Before the controller is first used.
     static void useModules(std::function<ModuleList()> makeModules);
+
+    /// Waits for what happens on the thread of a connection to the helper, and is then queued on
+    /// the main loop. Returns whether it has.
+    template <class Condition>
+    static bool comesTrue(Condition condition) {
+        const QDeadlineTimer deadline(10000);
+        while (!condition() && !deadline.hasExpired()) {
+            SimulatedClock::runMainQueue();
+            std::this_thread::yield();
+        }
+        return condition();
+    }
 
     [[nodiscard]] QStringList notificationTitles();
     [[nodiscard]] QStringList logLines();

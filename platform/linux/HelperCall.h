@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QDBusMessage>
+#include <QString>
+
+#include <functional>
+
+namespace quorvane {
+
+/// One command for the privileged helper. Exactly one of the two handlers runs, once, on the thread
+/// of the session that sends it; none when the session ends before.
+struct HelperCall {
+    QDBusMessage message;
+    QString replySignature; ///< a reply of another type is an error
+    std::function<void(const QDBusMessage& reply)> replied;
+    std::function<void(const QString& error)> failed;
+};
+
+} // namespace quorvane
