@@ -105,7 +105,7 @@ void PowerProfilesHold::ask(const Reported& reported) {
             // It was released before it was granted.
             [[maybe_unused]] const QDBusPendingCall unanswered = giveBack(service, cookie.value());
         }
-        reported({true, name()});
+        reported({false, QStringLiteral("it was given up meanwhile")});
     };
     Reply::expect(bus_.asyncCall(call), this, answered);
 }
