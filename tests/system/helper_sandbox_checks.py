@@ -9,7 +9,7 @@ import subprocess
 
 from helper_callers import outside, root
 from helper_files import NAME, PACKAGED, RUNTIME, UNIT
-from helper_system import HelperSystem, add_user, override, systemctl
+from helper_system import HelperSystem, add_user, override
 
 # How an attempt may be refused.
 REFUSED = {"EACCES", "EPERM", "EROFS", "ENOENT", "EAFNOSUPPORT"}
