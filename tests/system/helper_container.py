@@ -1,5 +1,6 @@
-"""Tests of the helper on a system with systemd, a real bus, polkit, logind and power-profiles-daemon:
-each in a container of its own, where a class of `helper_..._checks` goes on."""
+"""Tests of the helper on a system with systemd, a real bus, polkit, logind and
+power-profiles-daemon: each in a container of its own, where a class of `helper_..._checks` goes
+on."""
 
 import os
 import unittest

@@ -1,5 +1,5 @@
-"""A private machine without a service manager: the packaged helper on a system bus of its own, which
-starts it and the real polkitd. Its configuration is the distribution's."""
+"""A private machine without a service manager: the packaged helper on a system bus of its own,
+which starts it and the real polkitd. Its configuration is the distribution's."""
 
 import os
 import signal

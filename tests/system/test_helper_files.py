@@ -15,9 +15,10 @@ from hostile_messages import call, hostile_texts
 
 TRACE = "/run/trace"
 IN_FRONT = 4711
-COMMANDS = (("GetVersion",), ("LoadModuleNamed", DISABLE_TURBO), ("UnloadModuleNamed", DISABLE_TURBO),
-            ("LoadModuleNamed", CPU_TUNE), ("UnloadModuleNamed", CPU_TUNE),
-            ("EnableLowPowerMode",), ("DisableLowPowerMode",), ("GetTaskPowerMetrics",))
+COMMANDS = (("GetVersion",), ("LoadModuleNamed", DISABLE_TURBO),
+            ("UnloadModuleNamed", DISABLE_TURBO), ("LoadModuleNamed", CPU_TUNE),
+            ("UnloadModuleNamed", CPU_TUNE), ("EnableLowPowerMode",), ("DisableLowPowerMode",),
+            ("GetTaskPowerMetrics",))
 
 OWN = rf"{re.escape(RUNTIME)}(/(putting-back\.journal(\.lock|\.\w+)?|loaded(\.\w+)?))?"
 ATTRIBUTES = r"/sys/devices/system/cpu/(intel_pstate/no_turbo|cpufreq/(boost|policy\d+/boost)|" \
