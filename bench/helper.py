@@ -166,7 +166,9 @@ def measure(times):
     container = Container()
     try:
         container.start()
-        helper_files.install_into(f"/proc/{container.leader}/root")
+        root = f"/proc/{container.leader}/root"
+        helper_files.stage(root + helper_files.STAGED)
+        helper_files.unpack(root + helper_files.STAGED, root)
         done = container.run("/usr/bin/python3", "-B", __file__, "--inside", "--times", str(times),
                              timeout=LIMIT,
                              environment=["QUORVANE_APP=" + os.environ["QUORVANE_APP"]])
