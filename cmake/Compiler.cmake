@@ -7,7 +7,7 @@ target_compile_definitions(quorvane_compiler INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
-if(CMAKE_UNITY_BUILD)
+if(CMAKE_UNITY_BUILD OR QUORVANE_UNITY_TESTS)
   # It takes what several sources are compiled as one from for a header.
   target_compile_options(quorvane_compiler INTERFACE -Wno-subobject-linkage)
 endif()
