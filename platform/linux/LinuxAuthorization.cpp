@@ -37,7 +37,7 @@ int LinuxAuthorization::executeWithPrivileges(const AuthorizationRef& /*ref*/, c
     // pkexec acts for its parent and refuses to act for one that has ended, so something of the
     // user's session has to wait for it.
     QProcess process;
-    process.setProgram(QStringLiteral("setsid"));
+    process.setProgram(QStringLiteral("/usr/bin/setsid"));
     process.setArguments(QStringList{QStringLiteral("--fork"), QStringLiteral("--wait"), pkexec_,
                                      QStringLiteral("--disable-internal-agent"), tool} +
                          arguments);
