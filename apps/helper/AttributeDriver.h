@@ -40,6 +40,11 @@ class AttributeDriver : public Driver {
     /// held against it before it is written anywhere.
     [[nodiscard]] virtual bool accepts(const AttributeValue& pair) const = 0;
 
+    /// Of the attributes that are "0" or "1".
+    [[nodiscard]] static bool isOnOrOff(const QString& value) {
+        return value == QLatin1String("0") || value == QLatin1String("1");
+    }
+
   private:
     [[nodiscard]] bool isOurs(const JournalEntry& entry) const;
     [[nodiscard]] std::optional<QString> change(const AttributeValue& wanted);

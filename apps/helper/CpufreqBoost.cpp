@@ -1,24 +1,19 @@
 #include "apps/helper/CpufreqBoost.h"
 
+#include "platform/linux/TurboSwitchPaths.h"
+
 namespace quorvane {
-
-namespace {
-
-constexpr QLatin1String globalBoost("devices/system/cpu/cpufreq/boost");
-
-} // namespace
 
 QString CpufreqBoost::name() const {
     return QStringLiteral("cpufreq/boost");
 }
 
 QList<AttributeValue> CpufreqBoost::slowing() const {
-    return {{globalBoost, QStringLiteral("0")}};
+    return {{turboswitch::globalBoost, QStringLiteral("0")}};
 }
 
 bool CpufreqBoost::accepts(const AttributeValue& pair) const {
-    return pair.attribute == globalBoost &&
-           (pair.value == QLatin1String("0") || pair.value == QLatin1String("1"));
+    return pair.attribute == turboswitch::globalBoost && isOnOrOff(pair.value);
 }
 
 } // namespace quorvane

@@ -1,18 +1,17 @@
 #include "apps/helper/PolicyBoost.h"
 
+#include "platform/linux/TurboSwitchPaths.h"
+
 #include <algorithm>
 
 namespace quorvane {
 
 namespace {
 
-constexpr QLatin1String policiesFolder("devices/system/cpu/cpufreq");
-constexpr QLatin1String policyPrefix("policy");
-
 // "devices/system/cpu/cpufreq/policy12/boost": a journal's line may say anything.
 bool isPolicyBoost(const QString& attribute) {
-    const QString start = policiesFolder + QLatin1Char('/') + policyPrefix;
-    const QLatin1String end("/boost");
+    const QString start = turboswitch::policyFolder + QLatin1Char('/') + turboswitch::policyPrefix;
+    const QString end = QLatin1Char('/') + turboswitch::policyBoost;
     if (!attribute.startsWith(start) || !attribute.endsWith(end)) {
         return false;
     }
@@ -31,9 +30,10 @@ QString PolicyBoost::name() const {
 
 QList<AttributeValue> PolicyBoost::slowing() const {
     QList<AttributeValue> all;
-    for (const QString& policy : attributes().names(policiesFolder, policyPrefix)) {
-        const QString attribute =
-            policiesFolder + QLatin1Char('/') + policy + QLatin1String("/boost");
+    for (const QString& policy :
+         attributes().names(turboswitch::policyFolder, turboswitch::policyPrefix)) {
+        const QString attribute = turboswitch::policyFolder + QLatin1Char('/') + policy +
+                                  QLatin1Char('/') + turboswitch::policyBoost;
         if (isPolicyBoost(attribute) && attributes().read(attribute)) {
             all.append({attribute, QStringLiteral("0")});
         }
@@ -42,8 +42,7 @@ QList<AttributeValue> PolicyBoost::slowing() const {
 }
 
 bool PolicyBoost::accepts(const AttributeValue& pair) const {
-    return isPolicyBoost(pair.attribute) &&
-           (pair.value == QLatin1String("0") || pair.value == QLatin1String("1"));
+    return isPolicyBoost(pair.attribute) && isOnOrOff(pair.value);
 }
 
 } // namespace quorvane

@@ -1,37 +1,24 @@
 #include "apps/helper/PowerProfilesHold.h"
 
 #include "apps/helper/Reply.h"
+#include "platform/linux/PowerProfilesNames.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
 
+#include <algorithm>
+#include <utility>
+
 namespace quorvane {
 
 namespace {
 
-struct ProfilesService {
-    QLatin1String name; ///< also of its interface
-    QLatin1String path;
-};
-
-// The newer name first: implementations of it keep the older one for old clients.
-constexpr ProfilesService profilesServices[] = {
-    {QLatin1String("org.freedesktop.UPower.PowerProfiles"),
-     QLatin1String("/org/freedesktop/UPower/PowerProfiles")},
-    {QLatin1String("net.hadess.PowerProfiles"), QLatin1String("/net/hadess/PowerProfiles")},
-};
-
-const ProfilesService* serviceNamed(const QString& name) {
-    const auto* const found =
-        std::find_if(std::begin(profilesServices), std::end(profilesServices),
-                     [&name](const ProfilesService& each) { return each.name == name; });
-    return found == std::end(profilesServices) ? nullptr : found;
-}
-
 QDBusMessage profilesCall(const QString& service, const char* method,
                           const QVariantList& arguments) {
-    const ProfilesService* const place = serviceNamed(service);
+    const auto* const place =
+        std::find_if(powerprofiles::places.begin(), powerprofiles::places.end(),
+                     [&service](const powerprofiles::Place& each) { return each.name == service; });
     QDBusMessage call = QDBusMessage::createMethodCall(place->name, place->path, place->name,
                                                        QLatin1String(method));
     call.setArguments(arguments);
@@ -44,7 +31,7 @@ PowerProfilesHold::PowerProfilesHold(const QDBusConnection& bus) : bus_(bus) {
     watcher_.setConnection(bus);
     watcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
     connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &PowerProfilesHold::appeared);
-    for (const ProfilesService& each : profilesServices) {
+    for (const powerprofiles::Place& each : powerprofiles::places) {
         bus_.connect(each.name, each.path, each.name, QStringLiteral("ProfileReleased"), this,
                      SLOT(profileReleased(uint)));
     }
@@ -61,7 +48,7 @@ QString PowerProfilesHold::availableService() const {
     }
     const QDBusConnectionInterface* const daemon = bus_.interface();
     const QStringList activatable = daemon->activatableServiceNames().value();
-    for (const ProfilesService& each : profilesServices) {
+    for (const powerprofiles::Place& each : powerprofiles::places) {
         const bool canBeStarted =
             activatable.contains(each.name) && !unstartable_.contains(each.name);
         if (canBeStarted || daemon->isServiceRegistered(each.name).value()) {

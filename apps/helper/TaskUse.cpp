@@ -1,6 +1,7 @@
 #include "apps/helper/TaskUse.h"
 
 #include "platform/linux/BoundedFile.h"
+#include "platform/linux/ProcessTable.h"
 
 #include <QDir>
 #include <QList>
@@ -11,7 +12,7 @@ namespace {
 
 constexpr qsizetype procLimit = 8192; // bytes of one file
 
-// Their places behind the name, which may itself hold blanks and parentheses.
+// Counted from the state.
 enum StatField { UserTicks = 11, SystemTicks = 12, Threads = 17, StartTime = 19 };
 
 QByteArray textOf(const QString& path) {
@@ -37,17 +38,13 @@ qint64 wakeUpsOfThreads(const QString& process) {
 } // namespace
 
 std::optional<TaskUse> taskUseFromStat(const QByteArray& stat) {
-    const qsizetype nameStart = stat.indexOf('(');
-    const qsizetype nameEnd = stat.lastIndexOf(')');
-    if (nameStart < 0 || nameEnd < nameStart) {
+    const std::optional<StatPieces> pieces = statPieces(stat);
+    if (!pieces) {
         return std::nullopt;
     }
-    const QList<QByteArray> fields = stat.mid(nameEnd + 2).split(' ');
-    if (fields.size() <= StartTime) {
-        return std::nullopt;
-    }
+    const QList<QByteArray>& fields = pieces->fields;
     TaskUse use;
-    use.name = stat.mid(nameStart + 1, nameEnd - nameStart - 1);
+    use.name = pieces->name;
     use.userTicks = fields.at(UserTicks).toLongLong();
     use.systemTicks = fields.at(SystemTicks).toLongLong();
     use.threads = fields.at(Threads).toInt();

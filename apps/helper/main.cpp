@@ -1,8 +1,8 @@
 #include "apps/helper/Helper.h"
 #include "apps/helper/Installation.h"
 #include "apps/helper/ServiceManagement.h"
-#include "apps/helper/TerminationSignals.h"
 #include "platform/linux/LinuxLog.h"
+#include "platform/linux/TerminationSignals.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #include "apps/quorvane/Resident.h"
-#include "platform/linux/EndOfSession.h"
 #include "platform/linux/LinuxBundle.h"
 #include "platform/linux/RestoreGuard.h"
+#include "platform/linux/TerminationSignals.h"
 #include "platform/linux/Translation.h"
 
 #include <QCommandLineParser>
@@ -30,7 +30,7 @@ int main(int argc, char** argv) {
     if (const std::optional<int> status = quorvane::RestoreGuard::standIfAsked(argc, argv)) {
         return *status;
     }
-    quorvane::EndOfSession::holdSignals();
+    quorvane::TerminationSignals::hold();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quorvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));

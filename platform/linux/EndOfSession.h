@@ -1,10 +1,9 @@
 #pragma once
 
+#include "platform/linux/TerminationSignals.h"
+
 #include <QDBusConnection>
 #include <QObject>
-#include <QSocketNotifier>
-
-#include <memory>
 
 namespace quorvane {
 
@@ -14,16 +13,8 @@ class EndOfSession : public QObject {
     Q_OBJECT
 
   public:
-    /// Keeps the signals from ending the process by themselves. Before the process has a second
-    /// thread: one that has not inherited this would still be ended by them, and the process too.
-    static void holdSignals();
-
-    /// After `holdSignals`.
+    /// After `TerminationSignals::hold`.
     explicit EndOfSession(const QDBusConnection& sessionBus);
-    ~EndOfSession() override;
-
-    EndOfSession(const EndOfSession&) = delete;
-    EndOfSession& operator=(const EndOfSession&) = delete;
 
   Q_SIGNALS:
     void ended();
@@ -33,10 +24,7 @@ class EndOfSession : public QObject {
     void busDisconnected() { Q_EMIT ended(); }
 
   private:
-    void readSignal();
-
-    int descriptor_ = -1;
-    std::unique_ptr<QSocketNotifier> notifier_;
+    TerminationSignals signals_;
 };
 
 } // namespace quorvane

@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxOperatingSystem.h"
 
+#include "platform/linux/PowerProfilesNames.h"
 #include "platform/linux/TurboSwitchPaths.h"
 
 #include <QDBusMessage>
@@ -8,7 +9,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
 #include <sys/utsname.h>
 #include <utility>
 
@@ -18,11 +18,6 @@ namespace {
 
 // Of the bus itself, which answers in far less than a millisecond or has a reason not to.
 constexpr int busPatience = 500; // milliseconds
-
-// The service has moved; each of its names is served by versions in use, and by others in its
-// place.
-constexpr std::array profileServices{QLatin1String("org.freedesktop.UPower.PowerProfiles"),
-                                     QLatin1String("net.hadess.PowerProfiles")};
 
 QDBusPendingCall askBusFor(const QDBusConnection& bus, const char* list) {
     return bus.asyncCall(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
@@ -35,8 +30,9 @@ QDBusPendingCall askBusFor(const QDBusConnection& bus, const char* list) {
 bool namesProfileService(QDBusPendingCall call) {
     call.waitForFinished();
     const QStringList names = call.reply().arguments().value(0).toStringList();
-    return std::any_of(profileServices.begin(), profileServices.end(),
-                       [&names](QLatin1String service) { return names.contains(service); });
+    return std::any_of(
+        powerprofiles::places.begin(), powerprofiles::places.end(),
+        [&names](const powerprofiles::Place& each) { return names.contains(each.name); });
 }
 
 } // namespace
@@ -49,11 +45,12 @@ bool LinuxOperatingSystem::isVersion13OrLater() const {
 }
 
 bool LinuxOperatingSystem::hasTurboSwitch() const {
-    if (QFileInfo::exists(root_ + turboswitch::intelNoTurbo) ||
-        QFileInfo::exists(root_ + turboswitch::globalBoost)) {
+    const QString sysfs = root_ + QStringLiteral("/sys/");
+    if (QFileInfo::exists(sysfs + turboswitch::intelNoTurbo) ||
+        QFileInfo::exists(sysfs + turboswitch::globalBoost)) {
         return true;
     }
-    const QDir policies(root_ + turboswitch::policyFolder);
+    const QDir policies(sysfs + turboswitch::policyFolder);
     const QStringList names = policies.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     return std::any_of(names.begin(), names.end(), [&policies](const QString& name) {
         return name.startsWith(turboswitch::policyPrefix) &&

@@ -39,18 +39,25 @@ bool isApplicationUnitName(const QString& name) {
 
 } // namespace
 
-std::optional<Process> processFromStat(const QByteArray& stat) {
-    // "PID (NAME) STATE PPID ..."; the name may hold blanks and brackets.
+std::optional<StatPieces> statPieces(const QByteArray& stat) {
     const qsizetype nameBegin = stat.indexOf(" (");
     const qsizetype nameEnd = stat.lastIndexOf(") ");
     if (nameBegin < 0 || nameEnd < nameBegin) {
         return std::nullopt;
     }
-    const QList<QByteArray> fields = stat.mid(nameEnd + 2).split(' ');
-    if (fields.size() <= statField::startTime || fields.at(statField::state) == "Z" ||
-        fields.at(statField::state) == "X") {
+    StatPieces pieces{stat.left(nameBegin), stat.mid(nameBegin + 2, nameEnd - nameBegin - 2),
+                      stat.mid(nameEnd + 2).split(' ')};
+    return pieces.fields.size() > statField::startTime ? std::optional(std::move(pieces))
+                                                       : std::nullopt;
+}
+
+std::optional<Process> processFromStat(const QByteArray& stat) {
+    const std::optional<StatPieces> pieces = statPieces(stat);
+    if (!pieces || pieces->fields.at(statField::state) == "Z" ||
+        pieces->fields.at(statField::state) == "X") {
         return std::nullopt;
     }
+    const QList<QByteArray>& fields = pieces->fields;
     bool areNumbers = true;
     const auto number = [&](const QByteArray& text) {
         bool isNumber = false;
@@ -62,14 +69,14 @@ std::optional<Process> processFromStat(const QByteArray& stat) {
         return static_cast<std::int32_t>(number(fields.at(field)));
     };
     Process process;
-    process.identity = {static_cast<std::int32_t>(number(stat.left(nameBegin))),
+    process.identity = {static_cast<std::int32_t>(number(pieces->pid)),
                         number(fields.at(statField::startTime))};
     process.parent = id(statField::parent);
     process.group = id(statField::group);
     process.session = id(statField::session);
     process.hasTerminal = id(statField::terminal) != 0;
     process.isStopped = fields.at(statField::state) == "T" || fields.at(statField::state) == "t";
-    process.name = stat.mid(nameBegin + 2, nameEnd - nameBegin - 2);
+    process.name = pieces->name;
     return areNumbers ? std::optional(process) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 #include <cstdint>
@@ -39,6 +40,16 @@ struct Process {
 
     [[nodiscard]] bool operator==(const Process&) const = default;
 };
+
+/// The text of a /proc/PID/stat in pieces: "PID (NAME) STATE PPID ...".
+struct StatPieces {
+    QByteArray pid;
+    QByteArray name;          ///< may hold blanks and brackets
+    QList<QByteArray> fields; ///< from the state on, which is field 3 of proc(5); 20 or more
+};
+
+/// Nothing when the text is none of that kind.
+[[nodiscard]] std::optional<StatPieces> statPieces(const QByteArray& stat);
 
 /// From the text of a /proc/PID/stat. Nothing when the process has ended, or the text is none of
 /// that kind.

@@ -1,7 +1,6 @@
 """The run-time configuration, which anybody may put anything in the place of, on a private machine
 with a user in front of it."""
 
-import ctypes
 import os
 import socket
 import subprocess
@@ -9,6 +8,7 @@ import unittest
 
 import power_attributes
 from desktop import wait_until
+from file_watch import FileWatch
 from helper_files import CONFIGURATION, CPU_TUNE
 from hostile_machine import HostileMachine
 
@@ -16,26 +16,6 @@ IN_FRONT = 4711
 OTHER = 4712
 SEAT = "/run/systemd/seats/seat0"  # where logind records who is in front
 GIGABYTE = 1 << 30
-
-
-class WriteWatch:
-    """Counts how often a file has been written to."""
-
-    MODIFIED = 0x2
-
-    def __init__(self, path):
-        self.libc = ctypes.CDLL(None, use_errno=True)
-        self.descriptor = self.libc.inotify_init1(os.O_NONBLOCK | os.O_CLOEXEC)
-        assert self.libc.inotify_add_watch(self.descriptor, path.encode(), self.MODIFIED) > 0
-
-    def has_seen(self):
-        try:
-            return len(os.read(self.descriptor, 65536)) > 0
-        except BlockingIOError:
-            return False
-
-    def close(self):
-        os.close(self.descriptor)
 
 
 def put(text, owner=IN_FRONT, path=CONFIGURATION, mode=0o644):
@@ -82,7 +62,7 @@ class HelperConfigurationTest(HostileMachine):
         """What `prepare` puts in the place switches nothing, neither when it appears nor when it is
         there at the start. Each is known to have been looked at by what comes after it."""
         clear()
-        watch = WriteWatch(power_attributes.NO_TURBO)
+        watch = FileWatch(FileWatch.MODIFIED, power_attributes.NO_TURBO)
         try:
             prepare()
             self.user.ask("GetVersion")

@@ -1,13 +1,13 @@
 """The packaged helper and callers that send it whatever the bus lets through, on a private machine
 whose polkit says yes to all of them."""
 
-import ctypes
 import os
 import random
 import unittest
 
 from gi.repository import Gio, GLib
 
+from file_watch import FileWatch
 from helper_files import CPU_TUNE, DISABLE_TURBO
 from helper_machine import Connection
 from hostile_machine import HostileMachine
@@ -16,27 +16,6 @@ from hostile_messages import (METHODS, RawConnection, call, hostile_texts, with_
 
 LIMIT = 20000  # milliseconds
 DBUS = "org.freedesktop.DBus.Error."
-
-
-class OpenWatch:
-    """Tells whether anybody has opened what lies in a folder."""
-
-    OPENED = 0x20
-
-    def __init__(self, *places):
-        self.libc = ctypes.CDLL(None, use_errno=True)
-        self.descriptor = self.libc.inotify_init1(os.O_NONBLOCK | os.O_CLOEXEC)
-        for place in places:
-            assert self.libc.inotify_add_watch(self.descriptor, place.encode(), self.OPENED) > 0
-
-    def has_seen(self):
-        try:
-            return len(os.read(self.descriptor, 65536)) > 0
-        except BlockingIOError:
-            return False
-
-    def close(self):
-        os.close(self.descriptor)
 
 
 class HelperHostileTest(HostileMachine):
@@ -85,7 +64,7 @@ class HelperHostileTest(HostileMachine):
         for name in (DISABLE_TURBO, CPU_TUNE):
             os.makedirs(f"/tmp/own/{name}/Contents")
             os.mkfifo(f"/tmp/own/{name}/Contents/Info.plist")
-        watch = OpenWatch("/tmp/own", *(f"/tmp/own/{name}{rest}" for name in (
+        watch = FileWatch(FileWatch.OPENED, "/tmp/own", *(f"/tmp/own/{name}{rest}" for name in (
             DISABLE_TURBO, CPU_TUNE) for rest in ("", "/Contents", "/Contents/Info.plist")))
         self.addCleanup(watch.close)
         for path in ("/tmp/own/", "//tmp//own//", "../../../../tmp/own/", "/tmp/own/../own/"):

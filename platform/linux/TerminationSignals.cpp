@@ -1,4 +1,4 @@
-#include "apps/helper/TerminationSignals.h"
+#include "platform/linux/TerminationSignals.h"
 
 #include <csignal>
 #include <sys/signalfd.h>
@@ -11,8 +11,9 @@ namespace {
 sigset_t terminationSignals() {
     sigset_t signals{};
     sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
+    for (const int each : {SIGTERM, SIGINT, SIGHUP}) {
+        sigaddset(&signals, each);
+    }
     return signals;
 }
 
@@ -26,6 +27,9 @@ void TerminationSignals::hold() {
 TerminationSignals::TerminationSignals() {
     const sigset_t signals = terminationSignals();
     descriptor_ = ::signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
+    if (descriptor_ < 0) {
+        return;
+    }
     notifier_ = std::make_unique<QSocketNotifier>(descriptor_, QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
         signalfd_siginfo info{};
@@ -37,7 +41,9 @@ TerminationSignals::TerminationSignals() {
 
 TerminationSignals::~TerminationSignals() {
     notifier_.reset();
-    ::close(descriptor_);
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
 }
 
 } // namespace quorvane

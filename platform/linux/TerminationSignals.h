@@ -7,14 +7,16 @@
 
 namespace quorvane {
 
-/// SIGTERM and SIGINT as an event of the main loop.
+/// SIGTERM, SIGINT and SIGHUP as an event of the main loop. One object a process; main thread only.
 class TerminationSignals final : public QObject {
     Q_OBJECT
 
   public:
-    /// Keeps the signals from ending the program. Before any thread is started.
+    /// Keeps the signals from ending the process by themselves. Before the process has a second
+    /// thread: one that has not inherited this would still be ended by them, and the process too.
     static void hold();
 
+    /// After `hold`.
     TerminationSignals();
     ~TerminationSignals() override;
     TerminationSignals(const TerminationSignals&) = delete;
