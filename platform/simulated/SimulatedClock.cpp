@@ -74,9 +74,11 @@ void SimulatedClock::sleep(Seconds duration) {
 }
 
 bool SimulatedClock::wait(QSemaphore& semaphore, Seconds timeout) {
-    // Whoever was to release it in time has been told to do so already, at most a thread away.
-    constexpr int graceMilliseconds = 400;
-    if (semaphore.tryAcquire(1, graceMilliseconds)) {
+    // Whoever is to release it in time has been told to do so already, at most a thread away.
+    if (settle_) {
+        settle_();
+    }
+    if (semaphore.tryAcquire()) {
         return true;
     }
     sleep(timeout);

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <utility>
@@ -25,6 +26,10 @@ class SimulatedClock final : public Clock {
     void sleep(Seconds duration) override;
     [[nodiscard]] bool wait(QSemaphore& semaphore, Seconds timeout) override;
 
+    /// What `wait` calls before it lets time pass: returns once the threads of the simulated
+    /// services have done all that they were told to do.
+    void setSettling(std::function<void()> settle) { settle_ = std::move(settle); }
+
     /// Lets this much time pass, firing every timer that falls due, in order.
     void advance(Seconds duration);
 
@@ -44,6 +49,7 @@ class SimulatedClock final : public Clock {
 
     std::atomic<std::int64_t> microseconds_{0};
     std::uint64_t sequence_ = 0;
+    std::function<void()> settle_;
     std::shared_ptr<Entries> entries_;
     Entries& due_;
 };

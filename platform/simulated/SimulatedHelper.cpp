@@ -11,6 +11,29 @@
 
 namespace quorvane {
 
+namespace {
+
+// Commands, replies and handlers run on one thread that is not the main one, as with the real
+// transport.
+class Queue {
+  public:
+    Queue() { pool_.setMaxThreadCount(1); }
+
+    ~Queue() { settle(); }
+
+    Queue(const Queue&) = delete;
+    Queue& operator=(const Queue&) = delete;
+
+    void run(std::function<void()> block) { pool_.start(std::move(block)); }
+
+    void settle() { pool_.waitForDone(); }
+
+  private:
+    QThreadPool pool_;
+};
+
+} // namespace
+
 struct SimulatedHelper::Shared {
     std::mutex mutex;
     State state = State::Answers;
@@ -24,6 +47,7 @@ struct SimulatedHelper::Shared {
         {QStringLiteral("low power off"), QStringLiteral("off")},
     };
     std::list<std::weak_ptr<std::function<void()>>> invalidationHandlers;
+    std::list<std::weak_ptr<Queue>> queues;
 
     void note(const QString& call) {
         const std::lock_guard lock(mutex);
@@ -39,23 +63,6 @@ struct SimulatedHelper::Shared {
 namespace {
 
 using Shared = std::shared_ptr<SimulatedHelper::Shared>;
-
-// Commands, replies and handlers run on one thread that is not the main one, as with the real
-// transport.
-class Queue {
-  public:
-    Queue() { pool_.setMaxThreadCount(1); }
-
-    ~Queue() { pool_.waitForDone(); }
-
-    Queue(const Queue&) = delete;
-    Queue& operator=(const Queue&) = delete;
-
-    void run(std::function<void()> block) { pool_.start(std::move(block)); }
-
-  private:
-    QThreadPool pool_;
-};
 
 class Proxy final : public HelperToolProtocol {
   public:
@@ -130,7 +137,10 @@ class Connection final : public HelperConnection {
   public:
     explicit Connection(Shared shared)
         : shared_(std::move(shared)), queue_(std::make_shared<Queue>()),
-          handler_(std::make_shared<std::function<void()>>()) {}
+          handler_(std::make_shared<std::function<void()>>()) {
+        const std::lock_guard lock(shared_->mutex);
+        shared_->queues.push_back(queue_);
+    }
 
     void setInvalidationHandler(std::function<void()> handler) override {
         const std::lock_guard lock(shared_->mutex);
@@ -250,6 +260,20 @@ void SimulatedHelper::invalidateConnections() {
     for (const auto& block : blocks) {
         if (block) {
             block();
+        }
+    }
+}
+
+void SimulatedHelper::settle() {
+    std::list<std::weak_ptr<Queue>> queues;
+    {
+        const std::lock_guard lock(shared_->mutex);
+        shared_->queues.remove_if([](const auto& each) { return each.expired(); });
+        queues = shared_->queues;
+    }
+    for (const auto& each : queues) {
+        if (const auto queue = each.lock()) {
+            queue->settle();
         }
     }
 }

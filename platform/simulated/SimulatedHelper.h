@@ -62,6 +62,10 @@ class SimulatedHelper final : public HelperInstaller, public HelperTransport {
     /// when it has arrived.
     void setSendListener(std::function<void(const QString& call)> listener);
 
+    /// Waits until every command that was sent has arrived and been answered, if it is answered
+    /// at all.
+    void settle();
+
     /// "install", "remove", "connect" and the commands, in the order in which they came.
     [[nodiscard]] QStringList calls() const;
 

@@ -29,7 +29,9 @@ namespace quorvane {
 /// can play the user and the hardware.
 class SimulatedPlatform final : public Platform {
   public:
-    SimulatedPlatform() : tasks_(clock_) {}
+    SimulatedPlatform() : tasks_(clock_) {
+        clock_.setSettling([this] { helper_.settle(); });
+    }
 
     SimulatedAuthorization& authorization() override { return authorization_; }
 
