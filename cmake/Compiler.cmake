@@ -18,6 +18,13 @@ if(QUORVANE_SANITIZE)
   target_link_options(quorvane_compiler INTERFACE -fsanitize=${QUORVANE_SANITIZE})
 endif()
 
+if(CMAKE_BUILD_TYPE STREQUAL "MinSizeRel")
+  # The programs share libraries of which none needs all; unused code would be kept in memory by the
+  # pages it shares with used code.
+  target_compile_options(quorvane_compiler INTERFACE -ffunction-sections -fdata-sections)
+  target_link_options(quorvane_compiler INTERFACE -Wl,--gc-sections -Wl,-z,pack-relative-relocs)
+endif()
+
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
