@@ -34,10 +34,8 @@ LIMIT = 60  # seconds to wait for anything
 
 def new_desktop(**settings):
     desktop = Desktop().start(90)
-    desktop.spawn("openbox", ["openbox", "--sm-disable"])
+    desktop.start_openbox()
     screen = Screen(desktop)
-    wait_until(lambda: "window id" in screen.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
-               "the window manager")
     desktop.spawn("xev", ["xev", "-event", "keyboard"])
     screen.bring_to_front(OTHER)
     desktop.set(QuorvaneAutoStartSetting=MANUAL, BrowserModuleActivated=True,

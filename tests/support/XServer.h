@@ -7,7 +7,7 @@
 
 namespace quorvane::test {
 
-/// An X server without a screen, on a display that was free.
+/// An X server without a screen. One at a time in a process.
 class XServer {
   public:
     /// Starts it and waits until it can be connected to. Puts it into the test's environment as
@@ -19,7 +19,7 @@ class XServer {
 
     [[nodiscard]] bool isRunning() const { return !display_.isEmpty() && daemon_.isRunning(); }
 
-    /// For example ":1"; empty when it could not be started.
+    /// For example ":1234"; empty when it could not be started.
     [[nodiscard]] QString display() const { return display_; }
 
     /// As a crash.
@@ -29,7 +29,7 @@ class XServer {
     bool restart();
 
   private:
-    [[nodiscard]] bool start(const QString& options);
+    [[nodiscard]] bool start(const QString& display);
 
     QTemporaryDir folder_;
     Daemon daemon_;

@@ -123,6 +123,14 @@ class Desktop:
         self.processes[name] = process
         return process
 
+    def has_process(self, pid):
+        """Whether it runs in this session and not in that of a test at the same time."""
+        try:
+            with open(f"/proc/{pid}/environ", "rb") as file:
+                return f"DISPLAY={self.env['DISPLAY']}".encode() in file.read().split(b"\0")
+        except (FileNotFoundError, ProcessLookupError):
+            return False
+
     def end(self, name, how=signal.SIGTERM):
         process = self.processes.pop(name)
         if process.poll() is None:
@@ -185,6 +193,12 @@ class Desktop:
         os.close(writing)
         with os.fdopen(reading) as stream:
             self.env["DISPLAY"] = ":" + stream.readline().strip()
+
+    def start_openbox(self):
+        """Waits until it manages windows: one that is mapped while openbox starts stays hidden."""
+        started = self.path("openbox.started")
+        self.spawn("openbox", ["openbox", "--sm-disable", "--startup", f"touch {started}"])
+        wait_until(lambda: os.path.exists(started), "openbox")
 
     def start_notification_server(self):
         with open(self.path("pick.sh"), "w", encoding="utf-8") as file:
@@ -295,10 +309,11 @@ class Desktop:
         folder = self.path("run/quorvane")
         entries = []
         for name in os.listdir(folder) if os.path.isdir(folder) else []:
-            path = os.path.join(folder, name)
-            if os.path.isfile(path):
-                with open(path, encoding="utf-8") as file:
+            try:
+                with open(os.path.join(folder, name), encoding="utf-8") as file:
                     entries += [json.loads(line) for line in file if line.startswith("{")]
+            except (FileNotFoundError, IsADirectoryError):
+                pass  # gone since, as a journal goes when nothing is left in it
         return entries
 
     def screenshot(self, path):

@@ -215,7 +215,7 @@ class Panel(Host):
             file.write(host_settings.panel(self.plugins))
         desktop.spawn("xfconfd", [XFCONFD])
         wait_until(lambda: desktop.has_owner("session", "org.xfce.Xfconf"), "xfconfd")
-        desktop.spawn("openbox", ["openbox", "--sm-disable"])
+        desktop.start_openbox()
 
     def launch_panel(self):
         self.spawn("panel", ["xfce4-panel", "--disable-wm-check", "--sm-client-disable"])

@@ -8,7 +8,7 @@ import time
 import processes
 from applications import (Chromium, ControlGroup, Firefox, PanelLaunchers, Screen, by_gio,
                           by_setsid, from_job_control_shell, from_script)
-from desktop import wait_until
+from desktop import Desktop, wait_until
 from hosts import XFCONFD
 from resident import ResidentSession
 
@@ -16,10 +16,6 @@ OTHER = "Event Tester"
 MANUAL = 2
 BUSY_SECONDS = 2   # for which a stopped browser must not use a tick
 PASS = 30          # seconds; a pass comes every five, the machine may be busy
-
-
-def openbox(desktop):
-    desktop.spawn("openbox", ["openbox", "--sm-disable"])
 
 
 def xfwm4(desktop):
@@ -31,7 +27,7 @@ def xfwm4(desktop):
 class BrowserSession(ResidentSession):
     """A desktop with both browsers open, a page in each that never rests, and another window."""
 
-    window_manager = staticmethod(openbox)
+    window_manager = Desktop.start_openbox
 
     def prepare(self, desktop):
         self.screen = Screen(desktop)
@@ -264,10 +260,7 @@ class HidingTest(ResidentSession):
         for name in self.APPLICATIONS:
             with open(os.path.join(folder, name + ".desktop"), "w", encoding="utf-8") as file:
                 file.write(self.ENTRY.format(name))
-        openbox(desktop)
-        wait_until(lambda: "window id" in self.screen.run("xprop", "-root",
-                                                          "_NET_SUPPORTING_WM_CHECK"),
-                   "the window manager")
+        desktop.start_openbox()
         for name, command in self.APPLICATIONS.items():
             desktop.spawn(name, command)
             self.screen.window(name)

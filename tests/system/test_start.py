@@ -18,9 +18,7 @@ SWITCH = "Start Low Power Mode Now"
 
 class StartTest(ResidentSession):
     def prepare(self, desktop):
-        desktop.spawn("openbox", ["openbox", "--sm-disable"])
-        wait_until(lambda: "window id" in self.x("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
-                   "the window manager")
+        desktop.start_openbox()
 
     def x(self, *command):
         return subprocess.run(command, env=self.desktop.env, capture_output=True, text=True,
@@ -37,8 +35,8 @@ class StartTest(ResidentSession):
 
     def window_processes(self):
         """The process ids of the programs with windows that Quorvane has started."""
-        return [int(pid) for pid in self.x("pgrep", "-f", os.path.join(PROGRAMS, "quorvane-window"))
-                .split()]
+        found = self.x("pgrep", "-f", os.path.join(PROGRAMS, "quorvane-window")).split()
+        return [int(pid) for pid in found if self.desktop.has_process(pid)]
 
     # --- the first start
 

@@ -77,9 +77,7 @@ class OnScreen(unittest.TestCase):
         self.desktop = Desktop()
         self.addCleanup(self.desktop.stop)
         self.desktop.start_x()
-        self.desktop.spawn("openbox", ["openbox"])
-        wait_until(lambda: "window id" in output_of(self.desktop, "xprop", "-root",
-                                                    "_NET_SUPPORTING_WM_CHECK"), "openbox")
+        self.desktop.start_openbox()
 
     # --- what the resident program does
 

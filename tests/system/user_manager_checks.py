@@ -26,7 +26,7 @@ class UserDesktop(Desktop):
 
     def start(self):
         self.start_x()
-        self.spawn("openbox", ["openbox", "--sm-disable"])
+        self.start_openbox()
         self.spawn("xev", ["xev", "-event", "keyboard"])
         self.set(SplashWindowShown=True, QuorvaneAutoStartSetting=2, BrowserModuleActivated=True,
                  BrightnessModuleActivated=False)
