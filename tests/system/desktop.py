@@ -128,7 +128,7 @@ class Desktop:
         try:
             with open(f"/proc/{pid}/environ", "rb") as file:
                 return f"DISPLAY={self.env['DISPLAY']}".encode() in file.read().split(b"\0")
-        except (FileNotFoundError, ProcessLookupError):
+        except OSError:  # gone since, or another user's
             return False
 
     def end(self, name, how=signal.SIGTERM):

@@ -22,6 +22,8 @@ def xfwm4(desktop):
     desktop.spawn("xfconfd", [XFCONFD])
     wait_until(lambda: desktop.has_owner("session", "org.xfce.Xfconf"), "xfconfd")
     desktop.spawn("xfwm4", ["xfwm4", "--compositor=off"])
+    wait_until(lambda: "window id" in Screen(desktop).run("xprop", "-root",
+                                                          "_NET_SUPPORTING_WM_CHECK"), "xfwm4")
 
 
 class BrowserSession(ResidentSession):
@@ -35,9 +37,6 @@ class BrowserSession(ResidentSession):
         self.chromium, self.firefox = self.browsers
         self.launchers = PanelLaunchers(desktop, self.browsers)
         type(self).window_manager(desktop)
-        wait_until(lambda: "window id" in self.screen.run("xprop", "-root",
-                                                          "_NET_SUPPORTING_WM_CHECK"),
-                   "the window manager")
         desktop.spawn("xev", ["xev", "-event", "keyboard"])
 
     def start_session(self, **settings):

@@ -4,7 +4,6 @@ import os
 import plistlib
 import signal
 import subprocess
-import time
 import unittest
 
 from desktop import NAME, PROGRAMS, wait_until

@@ -4,7 +4,7 @@ import os
 import signal
 import subprocess
 
-from desktop import NAME, PATIENCE, PROGRAMS, wait_until
+from desktop import PATIENCE, PROGRAMS, wait_until
 from menu import click_item
 from resident import DIMMED, FOUND, ResidentSession
 
