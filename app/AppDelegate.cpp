@@ -1,18 +1,20 @@
-#include "core/AppDelegate.h"
+#include "app/AppDelegate.h"
 
-#include "core/BatterySaver.h"
+#include "app/ModuleList.h"
 #include "core/Localized.h"
-#include "core/MainQueue.h"
 #include "core/QuorvanePrefs.h"
-#include "core/RegisteredDefaults.h"
+#include "core/SharedInstances.h"
 #include "core/SoftwareUpdater.h"
 #include "core/UserDefaults.h"
+#include "mode/BatterySaver.h"
+#include "mode/RegisteredDefaults.h"
 #include "platform/Log.h"
 #include "platform/LoginItems.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
+#include "platform/ProgramCopies.h"
 #include "platform/UserNotifications.h"
 #include "platform/Windows.h"
-#include "platform/Workspace.h"
 #include "ui/MenuController.h"
 #include "ui/WindowController.h"
 
@@ -33,11 +35,9 @@ AppDelegate::AppDelegate(std::function<void()> terminate) : terminate_(std::move
 AppDelegate::~AppDelegate() = default;
 
 bool AppDelegate::anotherCopyRuns() {
-    const Workspace& workspace = platform().workspace();
+    const ProgramCopies& copies = platform().programCopies();
     // This copy counts itself.
-    return workspace.runningCopies(QuorvanePrefs::domainName()) +
-               workspace.runningCopies(otherEdition) >=
-           2;
+    return copies.running(QuorvanePrefs::domainName()) + copies.running(otherEdition) >= 2;
 }
 
 void AppDelegate::refuse() {
@@ -56,6 +56,9 @@ bool AppDelegate::applicationWillFinishLaunching() {
     }
     for (const QVariantMap& group : registeredDefaults()) {
         QuorvanePrefs::userDefaults().registerDefaults(group);
+    }
+    if (auto& factory = SharedInstances::get<ModuleFactory>(); !factory.makeModules) {
+        factory.makeModules = makeModules;
     }
     windowController_ = std::make_unique<WindowController>();
     return true;

@@ -1,4 +1,4 @@
-#include "modules/ModuleList.h"
+#include "app/ModuleList.h"
 
 #include "core/SharedInstances.h"
 #include "modules/AppNapModule.h"

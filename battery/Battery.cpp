@@ -20,6 +20,19 @@ constexpr int lowestGreenPercent = 51;
 constexpr BatteryColor red{0.6, 0.0, 0.0, 1.0};
 constexpr BatteryColor green{0.0, 0.6, 0.0, 1.0};
 
+double levelOf(const PowerReading& reading) {
+    const std::vector<PowerSource>& sources = reading.sources;
+    const auto source = std::find_if(sources.begin(), sources.end(), [](const PowerSource& each) {
+        return each.isPresent.value_or(true);
+    });
+    return source == sources.end() ? 0.0 : source->currentCapacity / source->maxCapacity;
+}
+
+int percentOf(const PowerReading& reading) {
+    const double level = levelOf(reading);
+    return std::isfinite(level) ? static_cast<int>(std::lround(level * 100.0)) : 0;
+}
+
 QString supportFile(const QString& name) {
     return platform().files().applicationSupportFolder() + QStringLiteral("/Quorvane/") + name;
 }
@@ -33,8 +46,7 @@ Battery::Battery()
     timer_ = platform().clock().schedule(pollingPeriod, Repeats::Yes,
                                          [this] { sendBatteryNotifications(); });
     pollBattery();
-    connect(&platform().powerSources(), &PowerSources::changed, this,
-            &Battery::sendBatteryNotifications);
+    connect(&platform().powerSources(), &PowerSources::changed, this, &Battery::answer);
 }
 
 Battery::~Battery() = default;
@@ -44,8 +56,16 @@ Battery& Battery::battery() {
 }
 
 void Battery::pollBattery() {
-    setBatteryPercent(getBatteryPercent());
-    const double estimate = getBatteryTimeRemaining();
+    take(platform().powerSources().reading());
+}
+
+void Battery::sendBatteryNotifications() {
+    answer(platform().powerSources().reading());
+}
+
+void Battery::take(const PowerReading& reading) {
+    const double estimate = reading.timeRemaining;
+    setBatteryPercent(percentOf(reading));
     setBatteryTimeRemaining(estimate);
     setBatteryPercentNumber(batteryPercent());
     setBatteryTimeRemainingNumber(estimate);
@@ -53,10 +73,10 @@ void Battery::pollBattery() {
     setBatteryCharging(estimate == timeRemainingUnlimited);
 }
 
-void Battery::sendBatteryNotifications() {
+void Battery::answer(const PowerReading& reading) {
     const int oldPercent = batteryPercent();
     const double oldEstimate = batteryTimeRemaining();
-    pollBattery();
+    take(reading);
     recordSample();
     if (batteryPercent() != oldPercent) {
         noteChange(batteryPercent());
@@ -104,20 +124,15 @@ void Battery::postEvents(int oldPercent, double oldEstimate) {
 }
 
 double Battery::getBatteryLevel() {
-    const std::vector<PowerSource> sources = platform().powerSources().list();
-    const auto source = std::find_if(sources.begin(), sources.end(), [](const PowerSource& each) {
-        return each.isPresent.value_or(true);
-    });
-    return source == sources.end() ? 0.0 : source->currentCapacity / source->maxCapacity;
+    return levelOf(platform().powerSources().reading());
 }
 
 int Battery::getBatteryPercent() {
-    const double level = getBatteryLevel();
-    return std::isfinite(level) ? static_cast<int>(std::lround(level * 100.0)) : 0;
+    return percentOf(platform().powerSources().reading());
 }
 
 double Battery::getBatteryTimeRemaining() {
-    return platform().powerSources().timeRemainingEstimate();
+    return platform().powerSources().reading().timeRemaining;
 }
 
 std::optional<QVariantMap> Battery::getAdvancedBatteryInfo() {

@@ -14,6 +14,8 @@
 
 namespace quorvane {
 
+struct PowerReading;
+
 /// The names of the events that the battery monitor posts.
 namespace BatteryEvent {
 inline const QString levelDecreased = QStringLiteral("BatteryLevelDecreased");
@@ -33,8 +35,9 @@ struct BatteryColor {
     bool operator==(const BatteryColor&) const = default;
 };
 
-/// The one source of battery state. Reads the power sources every 120 seconds and whenever they
-/// change, keeps the history, and posts its events; it decides nothing. Main thread only.
+/// The one source of battery state. Takes the readings that the power sources announce, asks for
+/// one every 120 seconds, keeps the history, and posts its events; it decides nothing. Main thread
+/// only.
 class Battery : public ObservableObject {
     Q_OBJECT
     Q_PROPERTY(int batteryPercent READ batteryPercent WRITE setBatteryPercent)
@@ -131,6 +134,8 @@ class Battery : public ObservableObject {
     void setDataTimes(const QList<QDateTime>& times);
 
   private:
+    void take(const PowerReading& reading);
+    void answer(const PowerReading& reading);
     void recordSample();
     void noteChange(int newPercent);
     void postEvents(int oldPercent, double oldEstimate);

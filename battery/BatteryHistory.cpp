@@ -1,9 +1,9 @@
 #include "battery/BatteryHistory.h"
 
-#include "core/PropertyList.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Platform.h"
+#include "plist/PropertyList.h"
 
 #include <QFileInfo>
 

@@ -16,7 +16,8 @@ import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(ROOT / "tests" / "system"), str(ROOT / "tests" / "fixtures")]
+sys.path[:0] = [str(ROOT / "tests" / folder)
+                for folder in ("system/support", "system/browsers", "fixtures")]
 
 from applications import Chromium, Firefox, Screen, by_setsid  # noqa: E402
 from desktop import Desktop, wait_until  # noqa: E402

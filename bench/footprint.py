@@ -17,7 +17,7 @@ import time
 import typing
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(ROOT / "tests" / "system"), str(ROOT / "tests" / "fixtures")]
+sys.path[:0] = [str(ROOT / "tests" / folder) for folder in ("system/support", "fixtures")]
 
 from desktop import NAME, PROGRAMS, Desktop, wait_until  # noqa: E402
 from dimming import Dimming  # noqa: E402

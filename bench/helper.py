@@ -16,7 +16,8 @@ import sys
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(ROOT / "tests" / "system"), str(ROOT / "tests" / "fixtures")]
+sys.path[:0] = [str(ROOT / "tests" / folder)
+                for folder in ("system/support", "system/helper", "fixtures")]
 
 import helper_files  # noqa: E402
 import power_attributes  # noqa: E402

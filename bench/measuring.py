@@ -104,8 +104,7 @@ def start_time(desktop, command, name, extra=None):
     owned = []
     observer.subscribe("org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged", name,
                        lambda change, now: owned.append(now) if change[2] else None)
-    desktop.call("session", "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                 "org.freedesktop.DBus.GetId")  # by now the bus knows the subscription
+    desktop.buses["session"].call_bus("GetId")  # by now the bus knows the subscription
     reading, writing = os.pipe()
     with open(desktop.path("start.log"), "ab") as log:
         process = subprocess.Popen(

@@ -2,14 +2,18 @@
 
 add_library(quorvane_compiler INTERFACE)
 target_compile_options(quorvane_compiler INTERFACE
-  -Wall -Wextra -Wconversion -Wshadow -Wpedantic -Wnon-virtual-dtor -Werror)
+  -Wall -Wextra -Wconversion -Wshadow -Wpedantic -Wnon-virtual-dtor)
+if(QUORVANE_WERROR)
+  target_compile_options(quorvane_compiler INTERFACE -Werror)
+endif()
 target_compile_definitions(quorvane_compiler INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
-  QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400 QT_WARN_DEPRECATED_UP_TO=0x060900)
 
-if(CMAKE_UNITY_BUILD OR QUORVANE_UNITY_TESTS)
-  # It takes what several sources are compiled as one from for a header.
-  target_compile_options(quorvane_compiler INTERFACE -Wno-subobject-linkage)
+if(CMAKE_UNITY_BUILD)
+  # It takes what several sources are compiled as one from for a header, and a name that two of them
+  # have for one that hides the other. The builds that compile each source by itself look for both.
+  target_compile_options(quorvane_compiler INTERFACE -Wno-subobject-linkage -Wno-shadow)
 endif()
 
 if(QUORVANE_SANITIZE)

@@ -1,8 +1,8 @@
 #include "core/NotificationDelivery.h"
 
 #include "core/BlockTimers.h"
-#include "core/MainQueue.h"
 #include "core/SharedInstances.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
 
 #include <list>

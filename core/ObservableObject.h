@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QHash>
+#include <QList>
+#include <QMetaObject>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -15,7 +17,9 @@ namespace quorvane {
 /// lets every setter go through `setObserved`.
 ///
 /// Main thread only. Observers run in the order in which they were added, before the setter
-/// returns.
+/// returns. A property that nobody observes is not read when it is set: a list that grows costs
+/// nothing but its new element. While somebody observes it the whole list is copied at each change,
+/// because the old one has to outlive the change.
 class ObservableObject : public QObject {
     Q_OBJECT
 
@@ -47,7 +51,8 @@ class ObservableObject : public QObject {
     virtual void didChangeValueForKey(const QString& key);
 
   Q_SIGNALS:
-    void valueChanged(const quorvane::ObservableObject::Change& change);
+    /// What `observe` listens to. Sent for properties only that are observed through it.
+    void valueChanged(const quorvane::ObservableObject::Change& change, QPrivateSignal);
 
   protected:
     template <class T>
@@ -58,7 +63,10 @@ class ObservableObject : public QObject {
     }
 
   private:
-    QHash<QString, QVariant> oldValues_; // of the changes that are under way
+    [[nodiscard]] bool isObserved(const QString& key);
+
+    QHash<QString, QList<QMetaObject::Connection>> observers_; // also some that are gone
+    QHash<QString, QVariant> oldValues_;                       // of the changes that are under way
 };
 
 } // namespace quorvane

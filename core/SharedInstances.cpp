@@ -11,19 +11,26 @@ SharedInstances& SharedInstances::instances() {
     return all;
 }
 
-std::shared_ptr<void> SharedInstances::find(std::type_index type) const {
+const SharedInstances::Entry* SharedInstances::find(std::type_index type) const {
     const auto entry = std::find_if(made_.begin(), made_.end(),
-                                    [type](const auto& each) { return each.first == type; });
-    return entry == made_.end() ? nullptr : entry->second;
+                                    [type](const Entry& each) { return each.type == type; });
+    return entry == made_.end() ? nullptr : &*entry;
 }
 
 void SharedInstances::reset(std::unique_ptr<Platform> newPlatform) {
     SharedInstances& all = instances();
-    const std::lock_guard lock(all.mutex_);
+    // Outlives the lock as well: the old platform's end may wait for its threads.
+    std::unique_ptr<Platform> oldPlatform;
+    std::unique_lock lock(all.mutex_);
     while (!all.made_.empty()) {
-        all.made_.pop_back();
+        const std::type_index ending = all.made_.back().type;
+        std::shared_ptr<void> owner = std::move(all.made_.back().owner);
+        lock.unlock();
+        owner.reset();
+        lock.lock();
+        std::erase_if(all.made_, [ending](const Entry& each) { return each.type == ending; });
     }
-    installPlatform(std::move(newPlatform));
+    oldPlatform = installPlatform(std::move(newPlatform));
 }
 
 } // namespace quorvane

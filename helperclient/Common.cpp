@@ -1,7 +1,7 @@
-#include "helper/Common.h"
+#include "helperclient/Common.h"
 
 #include "core/Localized.h"
-#include "helper/Requirement.h"
+#include "helperclient/Requirement.h"
 #include "platform/Authorization.h"
 #include "platform/Platform.h"
 

@@ -1,15 +1,15 @@
-#include "helper/HelperTool.h"
+#include "helperclient/HelperTool.h"
 
-#include "core/MainQueue.h"
-#include "core/PropertyList.h"
 #include "core/SharedInstances.h"
-#include "helper/Common.h"
-#include "helper/Requirement.h"
+#include "helperclient/Common.h"
+#include "helperclient/Requirement.h"
 #include "platform/Bundle.h"
 #include "platform/Clock.h"
 #include "platform/HelperInstaller.h"
 #include "platform/Log.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
+#include "plist/PropertyList.h"
 
 #include <QLocale>
 #include <QSemaphore>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "helper/HelperToolProtocol.h"
 #include "platform/Authorization.h"
+#include "platform/HelperToolProtocol.h"
 #include "platform/HelperTransport.h"
 
 #include <QByteArray>

@@ -1,4 +1,4 @@
-#include "helper/Requirement.h"
+#include "helperclient/Requirement.h"
 
 #include <QtGlobal>
 

@@ -1,4 +1,4 @@
-#include "helper/SystemCommands.h"
+#include "helperclient/SystemCommands.h"
 
 #include "platform/Authorization.h"
 #include "platform/Log.h"

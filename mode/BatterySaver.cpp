@@ -1,17 +1,16 @@
-#include "core/BatterySaver.h"
+#include "mode/BatterySaver.h"
 
 #include "battery/Battery.h"
-#include "battery/NotificationController.h"
-#include "core/MainQueue.h"
 #include "core/QuorvanePrefs.h"
 #include "core/SharedInstances.h"
 #include "core/UserDefaults.h"
-#include "helper/HelperTool.h"
-#include "modules/ModuleList.h"
+#include "helperclient/HelperTool.h"
+#include "mode/NotificationController.h"
+#include "mode/SettingsList.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace quorvane {
@@ -20,25 +19,17 @@ namespace {
 
 constexpr Seconds savingsPeriod{60.0};
 
-struct Saving {
-    const char* identifier;
-    double minutes; ///< saved per minute of the mode
-};
-
-constexpr std::array savings{
-    Saving{"TurboModule", 0.75},   Saving{"AppNapModule", 0.3},  Saving{"BrightnessModule", 0.15},
-    Saving{"ServicesModule", 0.1}, Saving{"BrowserModule", 0.1},
-};
-
 const QString wasEnabledOnQuit = QStringLiteral("WasEnabledOnQuit");
+
+ModuleList madeModules() {
+    const ModuleFactory& factory = SharedInstances::get<ModuleFactory>();
+    return factory.makeModules ? factory.makeModules() : ModuleList();
+}
 
 } // namespace
 
-ModuleFactory::ModuleFactory() : makeModules(quorvane::makeModules) {}
-
 BatterySaver::BatterySaver()
-    : notifier_(std::make_unique<NotificationController>()),
-      modules_(SharedInstances::get<ModuleFactory>().makeModules()),
+    : notifier_(std::make_unique<NotificationController>()), modules_(madeModules()),
       turboModule_(moduleWithIdentifier(QStringLiteral("TurboModule"))),
       savingsTimer_(savingsPeriod, [this] { updateMinutesSaved(); }) {
     queueOnMain(this, [this] { bindSettings(); });
@@ -108,7 +99,7 @@ void BatterySaver::askToEnableTurboModule() {
 
 void BatterySaver::updateModules() {
     for (const auto& module : modules_) {
-        module->updateRunning();
+        module->updateRunning(enabled_);
     }
 }
 
@@ -163,13 +154,18 @@ float BatterySaver::estimationForOneMinute() const {
         return 0.0F;
     }
     float minutes = 0.0F;
-    for (const Saving& saving : savings) {
-        const QuorvaneModule* module = moduleWithIdentifier(QString::fromLatin1(saving.identifier));
-        if (module != nullptr && module->enabled()) {
-            minutes = static_cast<float>(static_cast<double>(minutes) + saving.minutes);
+    for (const Setting& setting : settingsList()) {
+        if (setting.minutesSaved > 0.0 && isModuleOn(QLatin1String(setting.key))) {
+            minutes = static_cast<float>(static_cast<double>(minutes) + setting.minutesSaved);
         }
     }
     return minutes;
+}
+
+bool BatterySaver::isModuleOn(QLatin1String setting) const {
+    return std::any_of(modules_.begin(), modules_.end(), [&](const auto& module) {
+        return module->enabled() && module->enabledSetting() == setting;
+    });
 }
 
 std::int32_t BatterySaver::resetMinutesSaved() {

@@ -2,7 +2,7 @@
 
 #include "core/GridTimer.h"
 #include "core/ObservableObject.h"
-#include "core/QuorvaneModule.h"
+#include "mode/QuorvaneModule.h"
 
 #include <cstdint>
 #include <functional>
@@ -54,6 +54,7 @@ class BatterySaver : public ObservableObject {
     /// Suggests the Turbo module while the mode is on without it.
     void askToEnableTurboModule();
 
+    /// Tells every module, in order, whether the mode is on.
     void updateModules();
 
     void enableWithNotification(bool show);
@@ -99,6 +100,7 @@ class BatterySaver : public ObservableObject {
 
   private:
     void bindSettings();
+    [[nodiscard]] bool isModuleOn(QLatin1String setting) const;
     void announceEnabled(bool enabled);
 
     bool enabled_ = false;
@@ -111,10 +113,9 @@ class BatterySaver : public ObservableObject {
     GridTimer savingsTimer_; ///< only while the mode is on
 };
 
-/// Where the controller gets its modules from. A test puts its own in before the controller is
-/// made.
+/// Where the controller gets its modules from: the application says so before the controller is
+/// made. Without anything the mode switches nothing.
 struct ModuleFactory {
-    ModuleFactory();
     std::function<ModuleList()> makeModules;
 };
 

@@ -1,10 +1,10 @@
-#include "battery/NotificationController.h"
+#include "mode/NotificationController.h"
 
 #include "battery/Battery.h"
-#include "core/BatterySaver.h"
 #include "core/EventCenter.h"
 #include "core/Localized.h"
 #include "core/NotificationDelivery.h"
+#include "mode/BatterySaver.h"
 #include "platform/Platform.h"
 #include "platform/UserNotifications.h"
 

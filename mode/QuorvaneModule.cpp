@@ -1,10 +1,9 @@
-#include "core/QuorvaneModule.h"
+#include "mode/QuorvaneModule.h"
 
-#include "core/BatterySaver.h"
-#include "core/MainQueue.h"
 #include "core/QuorvanePrefs.h"
 #include "core/TaskTimeout.h"
 #include "platform/Log.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/Processes.h"
 #include "platform/Tasks.h"
@@ -25,13 +24,13 @@ const QString& enabledKey() {
 
 void QuorvaneModule::init() {
     running_ = false;
-    QuorvanePrefs::bindKey(enabledKey(), *this, identifier() + QStringLiteral("Activated"));
+    QuorvanePrefs::bindKey(enabledKey(), *this, enabledSetting());
     observe(enabledKey(), this, [this](const Change& change) { observeValue(change); });
 }
 
 void QuorvaneModule::observeValue(const Change& change) {
     if (change.key == enabledKey()) {
-        updateRunning();
+        updateRunning(modeIsOn_);
     }
 }
 
@@ -52,6 +51,10 @@ QString QuorvaneModule::identifier() const {
     return name.mid(name.lastIndexOf(u':') + 1);
 }
 
+QString QuorvaneModule::enabledSetting() const {
+    return identifier() + QStringLiteral("Activated");
+}
+
 bool QuorvaneModule::activate() {
     return true;
 }
@@ -60,8 +63,9 @@ bool QuorvaneModule::deactivate() {
     return true;
 }
 
-void QuorvaneModule::updateRunning() {
-    const bool due = enabled() && BatterySaver::batterySaver().enabled();
+void QuorvaneModule::updateRunning(bool modeIsOn) {
+    modeIsOn_ = modeIsOn;
+    const bool due = modeIsOn && enabled();
     if (due == running_) {
         return;
     }

@@ -13,7 +13,8 @@ namespace quorvane {
 struct UserNotification;
 
 /// One way of saving power. A module runs exactly while its own setting and Low Power Mode are both
-/// on; the controller and the setting ask it to look at that again (`updateRunning`).
+/// on. Whoever owns it tells it whether the mode is on (`updateRunning`); one that nobody has told
+/// never runs.
 ///
 /// A subclass overrides `activate` and `deactivate`, and where it has settings of its own `init`
 /// (calling the inherited one first, then binding them). Main thread only.
@@ -29,7 +30,7 @@ class QuorvaneModule : public ObservableObject {
     virtual void init();
 
     /// Reacts to a change of a property that the module observes of itself: of "enabled", by
-    /// `updateRunning`.
+    /// `updateRunning` with what it was told last.
     virtual void observeValue(const Change& change);
 
     void toggleEnabled();
@@ -41,13 +42,17 @@ class QuorvaneModule : public ObservableObject {
     /// The name of the class, without its namespace. Part of the settings' names.
     [[nodiscard]] QString identifier() const;
 
+    /// The key of the module's own setting.
+    [[nodiscard]] QString enabledSetting() const;
+
     /// Start and stop the subclass's work. Returning false means that it did not work out: the
     /// module keeps its state and is asked again at the next evaluation.
     virtual bool activate();
     virtual bool deactivate();
 
-    /// Activates or deactivates the module if that is due.
-    void updateRunning();
+    /// Activates or deactivates the module if that is due, now that the mode is on or off. Told the
+    /// same again, it tries once more what did not work out.
+    void updateRunning(bool modeIsOn);
 
     /// Whether the last successful switch was an activation. Changes without announcement.
     [[nodiscard]] bool running() const { return running_; }
@@ -73,6 +78,7 @@ class QuorvaneModule : public ObservableObject {
     void setEnabled(bool enabled);
 
   private:
+    bool modeIsOn_ = false; ///< as it was told last
     bool running_ = false;
     bool enabled_ = false;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/GridTimer.h"
-#include "core/QuorvaneModule.h"
+#include "mode/QuorvaneModule.h"
 #include "platform/Workspace.h"
 
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/QuorvaneModule.h"
+#include "mode/QuorvaneModule.h"
 
 namespace quorvane {
 

@@ -1,7 +1,7 @@
 #include "modules/BrowserModule.h"
 
-#include "core/MainQueue.h"
 #include "core/QuorvanePrefs.h"
+#include "platform/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 
@@ -103,7 +103,8 @@ void BrowserModule::pauseBrowsers() {
 void BrowserModule::pauseAppsWithBundleID(const QString& bundleIdentifier) {
     for (const RunningApplication& each :
          platform().workspace().runningApplicationsWithBundleIdentifier(bundleIdentifier)) {
-        if (!each.isActive) {
+        // What has windows and no process that is known cannot be stopped.
+        if (!each.isActive && each.processIdentifier != 0) {
             pause(each.processIdentifier);
         }
     }

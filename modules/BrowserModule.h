@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/BackgroundTimer.h"
-#include "core/QuorvaneModule.h"
+#include "mode/QuorvaneModule.h"
 
 #include <QStringList>
 

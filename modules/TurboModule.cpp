@@ -1,13 +1,13 @@
 #include "modules/TurboModule.h"
 
-#include "core/PropertyList.h"
-#include "helper/HelperTool.h"
+#include "helperclient/HelperTool.h"
 #include "platform/Bundle.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/OperatingSystem.h"
 #include "platform/Platform.h"
-#include "platform/Workspace.h"
+#include "platform/SleepEvents.h"
+#include "plist/PropertyList.h"
 
 #include <algorithm>
 #include <compare>
@@ -108,9 +108,9 @@ bool TurboModule::deactivate() {
 }
 
 void TurboModule::fileNotifications() {
-    const Workspace& workspace = platform().workspace();
-    connect(&workspace, &Workspace::willSleep, this, &TurboModule::receiveSleepNote);
-    connect(&workspace, &Workspace::didWake, this, &TurboModule::receiveWakeNote);
+    const SleepEvents& sleepEvents = platform().sleepEvents();
+    connect(&sleepEvents, &SleepEvents::willSleep, this, &TurboModule::receiveSleepNote);
+    connect(&sleepEvents, &SleepEvents::didWake, this, &TurboModule::receiveWakeNote);
 }
 
 void TurboModule::receiveSleepNote() {

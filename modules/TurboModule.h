@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/QuorvaneModule.h"
+#include "mode/QuorvaneModule.h"
 #include "platform/Authorization.h"
 
 #include <functional>

@@ -28,15 +28,33 @@ packages_of() {
 # missing_packages GROUP... : those of them that are not installed. One query for all of them,
 # because this is asked at every start.
 missing_packages() {
-  local packages installed package
+  local packages installed package missing
   mapfile -t packages < <(packages_of "$@")
   # The query fails as soon as it does not know one of the packages; it lists the others all the
   # same.
   # shellcheck disable=SC2016 # the braces are the query's
   installed=$(dpkg-query --show --showformat '${Package} ${db:Status-Status}\n' \
     "${packages[@]}" 2>/dev/null) || true
+  missing=()
   for package in "${packages[@]}"; do
     if [[ $'\n'$installed$'\n' != *$'\n'"$package installed"$'\n'* ]]; then
+      missing+=("$package")
+    fi
+  done
+  if ((${#missing[@]} > 0)); then
+    not_provided "${missing[@]}"
+  fi
+}
+
+# not_provided PACKAGE... : those of them that no installed package brings under its own name, as a
+# later release of the distribution may have it.
+not_provided() {
+  local provided package
+  # shellcheck disable=SC2016 # the braces are the query's
+  provided=$(dpkg-query --show --showformat '${db:Status-Status} ${Provides}\n' 2>/dev/null |
+    sed -n 's/([^)]*)//g; s/, */ /g; s/^installed \(.*\)$/ \1 /p') || true
+  for package in "$@"; do
+    if [[ $provided != *" $package "* ]]; then
       printf '%s\n' "$package"
     fi
   done

@@ -1,4 +1,4 @@
-#include "core/MainQueue.h"
+#include "platform/MainQueue.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>

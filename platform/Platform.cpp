@@ -24,8 +24,8 @@ Platform& platform() {
     return *installed();
 }
 
-void installPlatform(std::unique_ptr<Platform> newPlatform) {
-    installed() = std::move(newPlatform);
+std::unique_ptr<Platform> installPlatform(std::unique_ptr<Platform> newPlatform) {
+    return std::exchange(installed(), std::move(newPlatform));
 }
 
 void log(const QString& line) {

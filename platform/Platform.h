@@ -14,11 +14,14 @@ class HelperInstaller;
 class HelperTransport;
 class LogSink;
 class LoginItems;
+class Opener;
 class OperatingSystem;
 class Pasteboard;
 class PowerSources;
 class Processes;
+class ProgramCopies;
 class Settings;
+class SleepEvents;
 class StatusBar;
 class Tasks;
 class UpdateService;
@@ -43,11 +46,14 @@ class Platform {
     virtual HelperTransport& helperTransport() = 0;
     virtual LogSink& logSink() = 0;
     virtual LoginItems& loginItems() = 0;
+    virtual Opener& opener() = 0;
     virtual OperatingSystem& operatingSystem() = 0;
     virtual Pasteboard& pasteboard() = 0;
     virtual PowerSources& powerSources() = 0;
     virtual Processes& processes() = 0;
+    virtual ProgramCopies& programCopies() = 0;
     virtual Settings& settings() = 0;
+    virtual SleepEvents& sleepEvents() = 0;
     virtual StatusBar& statusBar() = 0;
     virtual Tasks& tasks() = 0;
     virtual UpdateService& updateService() = 0;
@@ -60,8 +66,9 @@ class Platform {
 /// process.
 Platform& platform();
 
-/// Makes `newPlatform` the one that `platform()` gives, or none. The shared instances hold on to
-/// the old one's ports: `SharedInstances::reset` exchanges both together.
-void installPlatform(std::unique_ptr<Platform> newPlatform);
+/// Makes `newPlatform` the one that `platform()` gives, or none, and hands out the one before. The
+/// shared instances hold on to the old one's ports: `SharedInstances::reset` exchanges both
+/// together.
+[[nodiscard]] std::unique_ptr<Platform> installPlatform(std::unique_ptr<Platform> newPlatform);
 
 } // namespace quorvane

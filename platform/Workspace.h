@@ -1,8 +1,9 @@
 #pragma once
 
+#include "platform/Result.h"
+
 #include <QObject>
 #include <QString>
-#include <QUrl>
 
 #include <cstdint>
 #include <optional>
@@ -19,11 +20,18 @@ enum class ActivationPolicy {
 
 /// An application that runs in the user's session.
 struct RunningApplication {
-    std::int32_t processIdentifier = 0; ///< of its main process
+    std::int32_t processIdentifier = 0; ///< of its main process; 0: not known here
     QString bundleIdentifier;           ///< empty: it has none
     QString localizedName;              ///< for the user, in his language
     ActivationPolicy activationPolicy = ActivationPolicy::Regular;
     bool isActive = false; ///< the user works with it: it is in front
+
+    /// Whether both tell of one application: of one process, or where the process is not known, of
+    /// one identifier.
+    [[nodiscard]] bool isSameAs(const RunningApplication& other) const {
+        return processIdentifier == other.processIdentifier &&
+               (processIdentifier != 0 || bundleIdentifier == other.bundleIdentifier);
+    }
 
     [[nodiscard]] bool operator==(const RunningApplication&) const = default;
 };
@@ -45,9 +53,12 @@ class Workspace : public QObject {
     [[nodiscard]] std::vector<RunningApplication>
     runningApplicationsWithBundleIdentifier(const QString& bundleIdentifier) const;
 
-    /// How many copies of the edition of Quorvane with this bundle identifier run; this program
-    /// counts itself. Main thread only.
-    [[nodiscard]] virtual int runningCopies(const QString& bundleIdentifier) const = 0;
+    /// Whether the front is known in this session and its changes are told, or why not: a few words
+    /// for the user. Where it is not, `isActive` says nothing of an application.
+    [[nodiscard]] virtual Result<Done> tellsFront() const = 0;
+
+    /// Whether `hide` does anything in this session, or why not.
+    [[nodiscard]] virtual Result<Done> canHide() const = 0;
 
     /// Takes every window of the application from the screen, as its user can.
     virtual void hide(const RunningApplication& application) = 0;
@@ -56,20 +67,10 @@ class Workspace : public QObject {
     /// and may stay.
     virtual void terminate(const RunningApplication& application) = 0;
 
-    /// Has the user's own program for such addresses open it. A failure is logged.
-    virtual void openURL(const QUrl& url) = 0;
-
   Q_SIGNALS:
     /// The application has come to the front, or has left it for another one or for none.
     void didActivateApplication(const quorvane::RunningApplication& application);
     void didDeactivateApplication(const quorvane::RunningApplication& application);
-
-    /// The machine is about to sleep. It waits, for some seconds at most, until every slot has
-    /// returned and the helper has answered what they asked of it. Never sent where nobody tells.
-    void willSleep();
-
-    /// The machine has woken up again; once after each `willSleep`.
-    void didWake();
 };
 
 } // namespace quorvane

@@ -1,8 +1,8 @@
-#include "core/PropertyList.h"
+#include "plist/PropertyList.h"
 
-#include "core/PropertyListReader.h"
-#include "core/PropertyListWriter.h"
-#include "core/XmlText.h"
+#include "plist/PropertyListReader.h"
+#include "plist/PropertyListWriter.h"
+#include "plist/XmlText.h"
 
 namespace quorvane {
 

@@ -1,7 +1,7 @@
-#include "core/PropertyListReader.h"
+#include "plist/PropertyListReader.h"
 
-#include "core/PropertyListScalars.h"
-#include "core/XmlText.h"
+#include "plist/PropertyListScalars.h"
+#include "plist/XmlText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "core/PropertyListScalars.h"
+#include "plist/PropertyListScalars.h"
 
 #include <array>
 #include <charconv>

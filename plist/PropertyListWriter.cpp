@@ -1,8 +1,8 @@
-#include "core/PropertyListWriter.h"
+#include "plist/PropertyListWriter.h"
 
-#include "core/PropertyList.h"
-#include "core/PropertyListScalars.h"
-#include "core/XmlText.h"
+#include "plist/PropertyList.h"
+#include "plist/PropertyListScalars.h"
+#include "plist/XmlText.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "core/XmlText.h"
+#include "plist/XmlText.h"
 
 #include <QStringDecoder>
 #include <QXmlStreamReader>

@@ -1,6 +1,6 @@
 #include "ui/DebugInformation.h"
 
-#include "helper/HelperTool.h"
+#include "helperclient/HelperTool.h"
 #include "platform/Bundle.h"
 #include "platform/DeviceInformation.h"
 #include "platform/Platform.h"

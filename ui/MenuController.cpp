@@ -1,18 +1,18 @@
 #include "ui/MenuController.h"
 
 #include "battery/Battery.h"
-#include "core/BatterySaver.h"
 #include "core/Localized.h"
 #include "core/QuorvanePrefs.h"
 #include "core/SoftwareUpdater.h"
 #include "core/UserDefaults.h"
-#include "helper/HelperTool.h"
+#include "helperclient/HelperTool.h"
+#include "mode/BatterySaver.h"
 #include "platform/Bundle.h"
 #include "platform/Menu.h"
+#include "platform/Opener.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
-#include "platform/Workspace.h"
 #include "ui/DebugInformation.h"
 #include "ui/StatusIcon.h"
 
@@ -169,7 +169,7 @@ void MenuController::openPrefPane() {
 }
 
 void MenuController::showSendFeedback() {
-    platform().workspace().openURL(QUrl(infoText("QuorvaneContactPage")));
+    platform().opener().openURL(QUrl(infoText("QuorvaneContactPage")));
 }
 
 void MenuController::copyDebugInfo() {

@@ -1,8 +1,8 @@
-#include "apps/window/BlurredWindow.h"
+#include "widgets/BlurredWindow.h"
 
-#include "apps/window/EffectView.h"
-#include "apps/window/Look.h"
-#include "apps/window/X11Window.h"
+#include "widgets/EffectView.h"
+#include "widgets/Look.h"
+#include "widgets/X11Window.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -1,4 +1,4 @@
-#include "apps/window/CollectEmailWindow.h"
+#include "widgets/CollectEmailWindow.h"
 
 namespace quorvane {
 

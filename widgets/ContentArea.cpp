@@ -1,4 +1,4 @@
-#include "apps/window/ContentArea.h"
+#include "widgets/ContentArea.h"
 
 #include <QLayout>
 

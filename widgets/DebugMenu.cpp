@@ -1,4 +1,4 @@
-#include "apps/window/DebugMenu.h"
+#include "widgets/DebugMenu.h"
 
 namespace quorvane {
 

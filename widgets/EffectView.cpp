@@ -1,6 +1,6 @@
-#include "apps/window/EffectView.h"
+#include "widgets/EffectView.h"
 
-#include "apps/window/Look.h"
+#include "widgets/Look.h"
 
 #include <QEvent>
 #include <QPaintEvent>

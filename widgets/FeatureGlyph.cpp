@@ -1,7 +1,7 @@
-#include "apps/window/FeatureGlyph.h"
+#include "widgets/FeatureGlyph.h"
 
-#include "apps/window/GlyphPath.h"
-#include "apps/window/Look.h"
+#include "widgets/GlyphPath.h"
+#include "widgets/Look.h"
 
 #include <QPaintEvent>
 #include <QPainter>

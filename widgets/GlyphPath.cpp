@@ -1,4 +1,4 @@
-#include "apps/window/GlyphPath.h"
+#include "widgets/GlyphPath.h"
 
 #include <QtMath>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/window/FeatureGlyph.h"
+#include "widgets/FeatureGlyph.h"
 
 #include <QPainterPath>
 

@@ -1,15 +1,15 @@
-#include "apps/window/LayoutLoader.h"
+#include "widgets/LayoutLoader.h"
 
-#include "apps/window/BlurredWindow.h"
-#include "apps/window/CollectEmailWindow.h"
-#include "apps/window/ContentArea.h"
-#include "apps/window/DebugMenu.h"
-#include "apps/window/DummyControl.h"
-#include "apps/window/FeatureGlyph.h"
-#include "apps/window/LayoutTranslator.h"
-#include "apps/window/ProductIcon.h"
-#include "apps/window/SplashWindowController.h"
-#include "apps/window/WhiteView.h"
+#include "widgets/BlurredWindow.h"
+#include "widgets/CollectEmailWindow.h"
+#include "widgets/ContentArea.h"
+#include "widgets/DebugMenu.h"
+#include "widgets/DummyControl.h"
+#include "widgets/FeatureGlyph.h"
+#include "widgets/LayoutTranslator.h"
+#include "widgets/ProductIcon.h"
+#include "widgets/SplashWindowController.h"
+#include "widgets/WhiteView.h"
 
 #include <QFile>
 #include <QLayout>

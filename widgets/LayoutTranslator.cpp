@@ -1,4 +1,4 @@
-#include "apps/window/LayoutTranslator.h"
+#include "widgets/LayoutTranslator.h"
 
 #include "core/Localized.h"
 

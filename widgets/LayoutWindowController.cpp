@@ -1,6 +1,6 @@
-#include "apps/window/LayoutWindowController.h"
+#include "widgets/LayoutWindowController.h"
 
-#include "apps/window/LayoutLoader.h"
+#include "widgets/LayoutLoader.h"
 
 #include <utility>
 

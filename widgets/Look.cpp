@@ -1,4 +1,4 @@
-#include "apps/window/Look.h"
+#include "widgets/Look.h"
 
 namespace quorvane {
 

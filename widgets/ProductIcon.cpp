@@ -1,4 +1,4 @@
-#include "apps/window/ProductIcon.h"
+#include "widgets/ProductIcon.h"
 
 #include <QPaintEvent>
 #include <QPainter>

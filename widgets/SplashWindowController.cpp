@@ -1,4 +1,4 @@
-#include "apps/window/SplashWindowController.h"
+#include "widgets/SplashWindowController.h"
 
 namespace quorvane {
 

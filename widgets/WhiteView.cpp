@@ -1,4 +1,4 @@
-#include "apps/window/WhiteView.h"
+#include "widgets/WhiteView.h"
 
 #include <QPaintEvent>
 #include <QPainter>

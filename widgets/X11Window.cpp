@@ -1,4 +1,4 @@
-#include "apps/window/X11Window.h"
+#include "widgets/X11Window.h"
 
 #include <QByteArray>
 #include <QGuiApplication>

@@ -1,12 +1,12 @@
 #include "apps/demo/Day.h"
 
+#include "app/AppDelegate.h"
 #include "apps/demo/DayWitness.h"
 #include "apps/demo/DemoUser.h"
 #include "apps/demo/Laptop.h"
-#include "core/AppDelegate.h"
-#include "core/BatterySaver.h"
 #include "core/QuorvanePrefs.h"
 #include "core/SharedInstances.h"
+#include "mode/BatterySaver.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
 #include <QStringEncoder>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/BatterySaver.h"
+#include "mode/BatterySaver.h"
 
 #include <QString>
 

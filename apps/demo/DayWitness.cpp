@@ -2,11 +2,11 @@
 
 #include "apps/demo/Laptop.h"
 #include "battery/Battery.h"
-#include "core/BatterySaver.h"
-#include "core/MainQueue.h"
-#include "core/PropertyList.h"
 #include "core/QuorvanePrefs.h"
+#include "mode/BatterySaver.h"
+#include "platform/MainQueue.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "plist/PropertyList.h"
 
 #include <QFileInfo>
 

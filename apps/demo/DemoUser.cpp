@@ -2,7 +2,7 @@
 
 #include "apps/demo/Laptop.h"
 #include "battery/Battery.h"
-#include "core/BatterySaver.h"
+#include "mode/BatterySaver.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
 #include <cmath>

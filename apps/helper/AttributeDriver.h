@@ -2,7 +2,7 @@
 
 #include "apps/helper/Driver.h"
 #include "apps/helper/KernelAttributes.h"
-#include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/common/PuttingBackJournal.h"
 
 #include <QList>
 

@@ -1,13 +1,12 @@
 #include "apps/helper/Authority.h"
 
-#include "apps/helper/Reply.h"
-
 #include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QMap>
 #include <QString>
 #include <QVariantMap>
+
+#include <chrono>
 
 namespace quorvane {
 
@@ -35,29 +34,27 @@ namespace {
 
 using PolkitDetails = QMap<QString, QString>;
 
-constexpr int decisionLimit = 10000; // milliseconds
+constexpr std::chrono::seconds decisionLimit{10};
 constexpr quint32 noInteraction = 0;
 
-QDBusMessage question(const QString& sender, const QString& action) {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.PolicyKit1"),
-                                       QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
-                                       QStringLiteral("org.freedesktop.PolicyKit1.Authority"),
-                                       QStringLiteral("CheckAuthorization"));
+BusCall question(const QString& sender, const QString& action) {
     const PolkitSubject subject{QStringLiteral("system-bus-name"),
                                 {{QStringLiteral("name"), sender}}};
-    call.setArguments({QVariant::fromValue(subject), action, QVariant::fromValue(PolkitDetails()),
-                       noInteraction, QString()});
-    return call;
+    return {.service = QStringLiteral("org.freedesktop.PolicyKit1"),
+            .path = QStringLiteral("/org/freedesktop/PolicyKit1/Authority"),
+            .interface = QStringLiteral("org.freedesktop.PolicyKit1.Authority"),
+            .method = QStringLiteral("CheckAuthorization"),
+            .arguments = {QVariant::fromValue(subject), action,
+                          QVariant::fromValue(PolkitDetails()), noInteraction, QString()},
+            .limit = decisionLimit};
 }
 
 // The answer is (is authorized, would be if asked for a password, details).
-bool isYes(const QDBusMessage& reply) {
-    if (reply.type() != QDBusMessage::ReplyMessage ||
-        reply.signature() != QLatin1String("(bba{ss})")) {
+bool isYes(const BusAnswer& decision) {
+    if (!decision.isReplyOf(QLatin1String("(bba{ss})"))) {
         return false;
     }
-    const auto answer = reply.arguments().at(0).value<QDBusArgument>();
+    const auto answer = decision.value().value<QDBusArgument>();
     bool isAuthorized = false;
     bool isChallenge = false;
     PolkitDetails details;
@@ -69,14 +66,14 @@ bool isYes(const QDBusMessage& reply) {
 
 } // namespace
 
-Authority::Authority(const QDBusConnection& bus) : bus_(bus) {
+Authority::Authority(const QDBusConnection& bus) : calls_(bus) {
     qDBusRegisterMetaType<PolkitSubject>();
     qDBusRegisterMetaType<PolkitDetails>();
 }
 
 void Authority::check(const QString& sender, const QString& action, const Decided& decided) {
-    Reply::expect(bus_.asyncCall(question(sender, action), decisionLimit), this,
-                  [decided](const QDBusMessage& reply) { decided(isYes(reply)); });
+    calls_.ask(question(sender, action),
+               [decided](const BusAnswer& answer) { decided(isYes(answer)); });
 }
 
 } // namespace quorvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/common/BusCalls.h"
+
 #include <QDBusConnection>
 #include <QObject>
 
@@ -20,7 +22,7 @@ class Authority final : public QObject {
     void check(const QString& sender, const QString& action, const Decided& decided);
 
   private:
-    QDBusConnection bus_;
+    BusCalls calls_;
 };
 
 } // namespace quorvane

@@ -1,6 +1,6 @@
 #include "apps/helper/CpufreqBoost.h"
 
-#include "platform/linux/TurboSwitchPaths.h"
+#include "platform/linux/common/TurboSwitchPaths.h"
 
 namespace quorvane {
 

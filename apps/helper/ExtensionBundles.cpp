@@ -1,7 +1,7 @@
 #include "apps/helper/ExtensionBundles.h"
 
-#include "core/PropertyList.h"
-#include "platform/linux/BoundedFile.h"
+#include "platform/linux/common/BoundedFile.h"
+#include "plist/PropertyList.h"
 
 #include <QFile>
 #include <QVariantMap>

@@ -11,7 +11,7 @@
 #include "apps/helper/PowerSwitch.h"
 #include "apps/helper/RunTimeConfiguration.h"
 #include "apps/helper/TaskSampler.h"
-#include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/common/PuttingBackJournal.h"
 
 #include <QTimer>
 

@@ -3,7 +3,7 @@
 #include "apps/helper/ActionNames.h"
 #include "apps/helper/Authority.h"
 #include "apps/helper/HelperCommands.h"
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/common/HelperNames.h"
 
 #include <QDBusError>
 

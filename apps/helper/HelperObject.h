@@ -2,7 +2,7 @@
 
 #include "apps/helper/CallLimits.h"
 #include "apps/helper/Outcome.h"
-#include "platform/linux/ExportedObject.h"
+#include "platform/linux/common/ExportedObject.h"
 
 #include <functional>
 

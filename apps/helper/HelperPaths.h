@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/common/HelperNames.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "apps/helper/PolicyBoost.h"
 
-#include "platform/linux/TurboSwitchPaths.h"
+#include "platform/linux/common/TurboSwitchPaths.h"
 
 #include <algorithm>
 

@@ -1,10 +1,8 @@
 #include "apps/helper/PowerProfilesHold.h"
 
-#include "apps/helper/Reply.h"
-#include "platform/linux/PowerProfilesNames.h"
+#include "platform/linux/common/PowerProfilesNames.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <QDBusReply>
 
 #include <algorithm>
@@ -14,20 +12,26 @@ namespace quorvane {
 
 namespace {
 
-QDBusMessage profilesCall(const QString& service, const char* method,
-                          const QVariantList& arguments) {
+BusCall profilesCall(const QString& service, const QString& method, const QVariantList& arguments) {
     const auto* const place =
         std::find_if(powerprofiles::places.begin(), powerprofiles::places.end(),
                      [&service](const powerprofiles::Place& each) { return each.name == service; });
-    QDBusMessage call = QDBusMessage::createMethodCall(place->name, place->path, place->name,
-                                                       QLatin1String(method));
-    call.setArguments(arguments);
-    return call;
+    return {.service = place->name,
+            .path = place->path,
+            .interface = place->name,
+            .method = method,
+            .arguments = arguments,
+            .limit = BusCall::usualLimit};
+}
+
+/// What a hold is given back by, or why there is none.
+Result<QVariant> cookieOf(const BusAnswer& answer) {
+    return answer.valueOf(QLatin1String("u"));
 }
 
 } // namespace
 
-PowerProfilesHold::PowerProfilesHold(const QDBusConnection& bus) : bus_(bus) {
+PowerProfilesHold::PowerProfilesHold(const QDBusConnection& bus) : bus_(bus), calls_(bus) {
     watcher_.setConnection(bus);
     watcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
     connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &PowerProfilesHold::appeared);
@@ -77,34 +81,33 @@ void PowerProfilesHold::engage(const Reported& reported) {
 }
 
 void PowerProfilesHold::ask(const Reported& reported) {
-    const QDBusMessage call =
-        profilesCall(service_, "HoldProfile",
+    const BusCall call =
+        profilesCall(service_, QStringLiteral("HoldProfile"),
                      {QStringLiteral("power-saver"), QStringLiteral("Low Power Mode"),
                       QStringLiteral("com.TarnwickStudios.quorvane")});
-    const auto answered = [this, reported, service = service_,
-                           asked = ++asked_](const QDBusMessage& reply) {
-        if (asked == asked_) {
-            held(reply, reported);
-            return;
-        }
-        const QDBusReply<uint> cookie(reply);
-        if (cookie.isValid()) {
-            // It was released before it was granted.
-            [[maybe_unused]] const QDBusPendingCall unanswered = giveBack(service, cookie.value());
-        }
-        reported({false, QStringLiteral("it was given up meanwhile")});
-    };
-    Reply::expect(bus_.asyncCall(call), this, answered);
+    calls_.ask(call,
+               [this, reported, service = service_, asked = ++asked_](const BusAnswer& answer) {
+                   if (asked == asked_) {
+                       held(answer, reported);
+                       return;
+                   }
+                   if (const Result<QVariant> cookie = cookieOf(answer)) {
+                       // It was released before it was granted.
+                       giveBack(service, cookie->toUInt(), [](const BusAnswer& /*answer*/) {});
+                   }
+                   reported({false, QStringLiteral("it was given up meanwhile")});
+               });
 }
 
-QDBusPendingCall PowerProfilesHold::giveBack(const QString& service, uint cookie) const {
-    return bus_.asyncCall(profilesCall(service, "ReleaseProfile", {cookie}));
+void PowerProfilesHold::giveBack(const QString& service, uint cookie,
+                                 const BusCalls::Answered& answered) {
+    calls_.ask(profilesCall(service, QStringLiteral("ReleaseProfile"), {cookie}), answered);
 }
 
-void PowerProfilesHold::held(const QDBusMessage& reply, const Reported& reported) {
-    const QDBusReply<uint> cookie(reply);
-    if (cookie.isValid()) {
-        cookie_ = cookie.value();
+void PowerProfilesHold::held(const BusAnswer& answer, const Reported& reported) {
+    const Result<QVariant> cookie = cookieOf(answer);
+    if (cookie) {
+        cookie_ = cookie->toUInt();
         isWanted_ = true;
         reported({true, name()});
         return;
@@ -121,8 +124,7 @@ void PowerProfilesHold::held(const QDBusMessage& reply, const Reported& reported
         engage(reported); // the other name
         return;
     }
-    reported({false,
-              QStringLiteral("the power-profiles service refused: %1").arg(cookie.error().name())});
+    reported({false, QStringLiteral("the power-profiles service refused: %1").arg(cookie.error())});
 }
 
 void PowerProfilesHold::release(const Reported& reported) {
@@ -138,10 +140,9 @@ void PowerProfilesHold::release(const Reported& reported) {
         return;
     }
     // A service that has forgotten the hold has gone back to the user's profile as well.
-    Reply::expect(giveBack(service, *cookie), this,
-                  [this, reported](const QDBusMessage& /*reply*/) {
-                      reported({true, name()});
-                  });
+    giveBack(service, *cookie, [this, reported](const BusAnswer& /*answer*/) {
+        reported({true, name()});
+    });
 }
 
 // The user has chosen a profile: that is his, from now on.

@@ -1,16 +1,14 @@
 #pragma once
 
 #include "apps/helper/Driver.h"
+#include "platform/linux/common/BusCalls.h"
 
 #include <QDBusConnection>
-#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QSet>
 
 #include <optional>
-
-class QDBusMessage;
 
 namespace quorvane {
 
@@ -37,10 +35,11 @@ class PowerProfilesHold final : public QObject, public Driver {
     [[nodiscard]] QString availableService() const;
     void ask(const Reported& reported);
     void appeared(const QString& service);
-    void held(const QDBusMessage& reply, const Reported& reported);
-    [[nodiscard]] QDBusPendingCall giveBack(const QString& service, uint cookie) const;
+    void held(const BusAnswer& answer, const Reported& reported);
+    void giveBack(const QString& service, uint cookie, const BusCalls::Answered& answered);
 
     QDBusConnection bus_;
+    BusCalls calls_;
     QDBusServiceWatcher watcher_;
     QSet<QString> unstartable_;
     QString service_; ///< the one of its names that is used; empty: not engaged

@@ -1,9 +1,9 @@
 #include "apps/helper/ServiceManagement.h"
 
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/common/BusCalls.h"
+#include "platform/linux/common/HelperNames.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDeadlineTimer>
 #include <QThread>
@@ -18,18 +18,13 @@ namespace {
 constexpr std::chrono::seconds endLimit{10};
 constexpr unsigned long lookInterval = 20; // milliseconds
 
-QDBusMessage managerCall(const char* method, const QVariantList& arguments = {}) {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.systemd1"), QStringLiteral("/org/freedesktop/systemd1"),
-        QStringLiteral("org.freedesktop.systemd1.Manager"), QLatin1String(method));
-    call.setArguments(arguments);
-    return call;
-}
-
-QDBusMessage busCall(const char* method) {
-    return QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QLatin1String(method));
+BusCall managerCall(const QString& method, const QVariantList& arguments = {}) {
+    return {.service = QStringLiteral("org.freedesktop.systemd1"),
+            .path = QStringLiteral("/org/freedesktop/systemd1"),
+            .interface = QStringLiteral("org.freedesktop.systemd1.Manager"),
+            .method = method,
+            .arguments = arguments,
+            .limit = BusCall::usualLimit};
 }
 
 } // namespace
@@ -38,8 +33,9 @@ ServiceManagement::ServiceManagement(const QDBusConnection& bus) : bus_(bus) {}
 
 void ServiceManagement::reload() const {
     if (bus_.isConnected()) {
-        bus_.call(managerCall("Reload"));
-        bus_.call(busCall("ReloadConfig"));
+        BusCalls::askAndWait(bus_, managerCall(QStringLiteral("Reload")));
+        BusCalls::askAndWait(
+            bus_, BusCall::toBus(QStringLiteral("ReloadConfig"), {}, BusCall::usualLimit));
     }
 }
 
@@ -53,10 +49,10 @@ std::optional<QString> ServiceManagement::stop() const {
     }
     const uint process = bus_.interface()->servicePid(helpernames::label).value();
     const QString unit = helpernames::label + QStringLiteral(".service");
-    const QDBusMessage reply =
-        bus_.call(managerCall("StopUnit", {unit, QStringLiteral("replace")}));
+    const BusAnswer answer = BusCalls::askAndWait(
+        bus_, managerCall(QStringLiteral("StopUnit"), {unit, QStringLiteral("replace")}));
     // Without a service manager the bus itself has started it.
-    if (reply.type() == QDBusMessage::ErrorMessage && process > 1) {
+    if (!answer.isReply() && process > 1) {
         ::kill(static_cast<pid_t>(process), SIGTERM);
     }
     const QDeadlineTimer deadline(endLimit);

@@ -1,19 +1,17 @@
 #include "apps/helper/TaskUse.h"
 
-#include "platform/linux/BoundedFile.h"
-#include "platform/linux/ProcessTable.h"
+#include "platform/linux/common/BoundedFile.h"
+#include "platform/linux/common/ProcessStat.h"
 
 #include <QDir>
-#include <QList>
+
+#include <utility>
 
 namespace quorvane {
 
 namespace {
 
 constexpr qsizetype procLimit = 8192; // bytes of one file
-
-// Counted from the state.
-enum StatField { UserTicks = 11, SystemTicks = 12, Threads = 17, StartTime = 19 };
 
 QByteArray textOf(const QString& path) {
     return readBounded(path, procLimit).value_or(QByteArray());
@@ -35,22 +33,12 @@ qint64 wakeUpsOfThreads(const QString& process) {
     return all;
 }
 
-} // namespace
-
-std::optional<TaskUse> taskUseFromStat(const QByteArray& stat) {
-    const std::optional<StatPieces> pieces = statPieces(stat);
-    if (!pieces) {
-        return std::nullopt;
-    }
-    const QList<QByteArray>& fields = pieces->fields;
-    TaskUse use;
-    use.name = pieces->name;
-    use.userTicks = fields.at(UserTicks).toLongLong();
-    use.systemTicks = fields.at(SystemTicks).toLongLong();
-    use.threads = fields.at(Threads).toInt();
-    use.startTime = fields.at(StartTime).toLongLong();
-    return use;
+TaskUse useOf(ProcessStat stat) {
+    return {std::move(stat.name), stat.startTime, stat.userTicks, stat.systemTicks, 0,
+            stat.threads};
 }
+
+} // namespace
 
 qint64 wakeUpsFromStatus(const QByteArray& status) {
     constexpr QByteArrayView label("\nvoluntary_ctxt_switches:");
@@ -67,15 +55,16 @@ TaskUses readTaskUses(const QString& processes, int threadLimit) {
     int threadsLeft = threadLimit;
     for (const QString& id : numbersIn(processes)) {
         const QString process = processes + QLatin1Char('/') + id;
-        std::optional<TaskUse> use = taskUseFromStat(textOf(process + QStringLiteral("/stat")));
-        if (!use) {
+        std::optional<ProcessStat> stat = ProcessStat::read(id.toLongLong(), processes);
+        if (!stat) {
             continue; // it has ended
         }
-        const bool countsAll = use->threads > 1 && use->threads <= threadsLeft;
-        use->wakeUps = countsAll ? wakeUpsOfThreads(process)
-                                 : wakeUpsFromStatus(textOf(process + QStringLiteral("/status")));
-        threadsLeft -= countsAll ? use->threads : 1;
-        uses.insert(id.toInt(), *std::move(use));
+        TaskUse use = useOf(*std::move(stat));
+        const bool countsAll = use.threads > 1 && use.threads <= threadsLeft;
+        use.wakeUps = countsAll ? wakeUpsOfThreads(process)
+                                : wakeUpsFromStatus(textOf(process + QStringLiteral("/status")));
+        threadsLeft -= countsAll ? use.threads : 1;
+        uses.insert(id.toInt(), use);
     }
     return uses;
 }

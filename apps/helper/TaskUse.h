@@ -5,7 +5,6 @@
 #include <QString>
 
 #include <cstdint>
-#include <optional>
 
 namespace quorvane {
 
@@ -20,9 +19,6 @@ struct TaskUse {
 };
 
 using TaskUses = QHash<std::int32_t, TaskUse>;
-
-/// From the text of a /proc/PID/stat, without the wake-ups; nothing when it is none of that kind.
-[[nodiscard]] std::optional<TaskUse> taskUseFromStat(const QByteArray& stat);
 
 /// The voluntary switches in the text of a /proc/PID/task/TID/status.
 [[nodiscard]] qint64 wakeUpsFromStatus(const QByteArray& status);

@@ -1,8 +1,8 @@
 #include "apps/helper/Helper.h"
 #include "apps/helper/Installation.h"
 #include "apps/helper/ServiceManagement.h"
-#include "platform/linux/LinuxLog.h"
-#include "platform/linux/TerminationSignals.h"
+#include "platform/linux/common/LinuxLog.h"
+#include "platform/linux/common/TerminationSignals.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -1,12 +1,13 @@
 #include "apps/quorvane/Resident.h"
 
-#include "core/AppDelegate.h"
-#include "core/MainQueue.h"
+#include "app/AppDelegate.h"
 #include "core/SharedInstances.h"
-#include "platform/linux/EndOfSession.h"
+#include "platform/MainQueue.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/QuitService.h"
-#include "platform/linux/RunningCopies.h"
+#include "platform/linux/PuttingBack.h"
+#include "platform/linux/session/EndOfSession.h"
+#include "platform/linux/session/QuitService.h"
+#include "platform/linux/session/RunningCopies.h"
 
 #include <QCoreApplication>
 
@@ -43,13 +44,13 @@ int Resident::run() {
     const EndOfSession endOfSession(sessionBus_);
     const QuitService quitService(sessionBus_);
     RunningCopies copies(sessionBus_);
-    const bool isFirst = copies.claim();
-    auto machine = std::make_unique<LinuxPlatform>(sessionBus_, systemBus_, &copies);
-    LinuxPlatform& platform = *machine;
-    if (isFirst) {
-        platform.processes().putBack();
-        platform.displays().putBack();
+    auto puttingBack = std::make_unique<PuttingBack>([this] { return systemBus_; });
+    if (copies.claim()) {
+        puttingBack->putBack();
     }
+    auto machine =
+        std::make_unique<LinuxPlatform>(sessionBus_, systemBus_, std::move(puttingBack), &copies);
+    LinuxPlatform& platform = *machine;
     SharedInstances::reset(std::move(machine));
 
     int status = EXIT_SUCCESS;
@@ -63,8 +64,7 @@ int Resident::run() {
     }
     // After a proper quit nothing is left to put back. After a signal the mode counts as on, for
     // the next start to decide on; the machine itself does not wait for that.
-    platform.processes().putBack();
-    platform.displays().putBack();
+    platform.puttingBack().putBack();
     platform.finishPendingWork();
     SharedInstances::reset(nullptr);
     return status;
@@ -96,11 +96,10 @@ int Resident::quitRunningCopy() {
                             : complain("the running copy did not quit within half a minute.");
 }
 
-int Resident::restore() {
-    LinuxPlatform machine(sessionBus_, systemBus_);
-    machine.processes().putBack();
-    machine.displays().putBack();
-    machine.finishPendingWork();
+int Resident::restore(const std::function<QDBusConnection()>& systemBus) {
+    PuttingBack puttingBack(systemBus);
+    puttingBack.putBack();
+    puttingBack.finish();
     return EXIT_SUCCESS;
 }
 

@@ -2,6 +2,8 @@
 
 #include <QDBusConnection>
 
+#include <functional>
+
 namespace quorvane {
 
 class AppDelegate;
@@ -19,8 +21,9 @@ class Resident {
     /// Asks the running copy to quit, which ends Low Power Mode and stores the battery history.
     int quitRunningCopy();
 
-    /// Puts back whatever a run that has ended left changed on the machine.
-    int restore();
+    /// Puts back whatever a run that has ended left changed on the machine, where `systemBus` gives
+    /// the way to the displays; it is called after what needs no bus. Needs no session.
+    static int restore(const std::function<QDBusConnection()>& systemBus);
 
   private:
     /// Returns the exit status when the program is to end.

@@ -1,8 +1,9 @@
+#include "app/SettingsHelp.h"
 #include "apps/quorvane/Resident.h"
-#include "platform/linux/LinuxBundle.h"
-#include "platform/linux/RestoreGuard.h"
-#include "platform/linux/TerminationSignals.h"
-#include "platform/linux/Translation.h"
+#include "core/Translation.h"
+#include "platform/linux/basics/LinuxBundle.h"
+#include "platform/linux/common/TerminationSignals.h"
+#include "platform/linux/processes/RestoreGuard.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -13,6 +14,13 @@
 #include <optional>
 
 namespace {
+
+constexpr const char* description =
+    "Lengthens the battery life of this laptop: watches the battery and, in Low Power Mode,\n"
+    "dims the screen and slows the processor down; puts everything back when the mode ends.\n"
+    "Shows an icon with a menu in the panel and runs until you quit it.\n\n"
+    "Settings: com.TarnwickStudios.quorvane.conf in ~/.config (or $XDG_CONFIG_HOME).\n"
+    "In brackets: what holds without a line.\n";
 
 // Where no session bus is announced, the library would start one of its own, which nobody else in
 // the session talks to.
@@ -35,26 +43,8 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("quorvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUORVANE_VERSION));
 
-    const quorvane::Translation translation(quorvane::LinuxBundle::contentsFolderOfThisProgram() +
-                                            QStringLiteral("/Resources/Translations"));
-
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Lengthens the battery life of this laptop: watches the battery and, in Low Power Mode,\n"
-        "dims the screen and slows the processor down; puts everything back when the mode ends.\n"
-        "Shows an icon with a menu in the panel and runs until you quit it.\n\n"
-        "Settings: com.TarnwickStudios.quorvane.conf in ~/.config (or $XDG_CONFIG_HOME).\n"
-        "  QuorvaneActive=true|false            switches Low Power Mode on and off\n"
-        "  QuorvaneAutoStartSetting=0|1|2       at the threshold: start at once, ask, do nothing\n"
-        "  BatteryThreshold=70                  percent\n"
-        "  MenuBarShowBatteryIcon=true|false    the icon is a gauge of the battery\n"
-        "  MenuBarDisplayMode=0|1|2             beside it: nothing, percentage, time left\n"
-        "  TurboModuleActivated=true|false      slow the processor down in Low Power Mode\n"
-        "  BrightnessModuleActivated=true|false dim the screen in Low Power Mode\n"
-        "  BrightnessModuleAmount=50            0 (darkest) to 100 (brightest)\n"
-        "  BrowserModuleActivated=true|false    pause browsers in the background\n"
-        "  AppNapModuleActivated=true|false     hide applications that are not used\n"
-        "  AppNapModuleTimeInterval=5           minutes until they are hidden"));
+    parser.setApplicationDescription(QLatin1String(description) + quorvane::settingsHelp());
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption quit(
@@ -71,9 +61,11 @@ int main(int argc, char** argv) {
         return 2;
     }
 
-    quorvane::Resident resident(sessionBus(), QDBusConnection::systemBus());
     if (parser.isSet(restore)) {
-        return resident.restore();
+        return quorvane::Resident::restore(&QDBusConnection::systemBus);
     }
+    const quorvane::Translation translation(quorvane::LinuxBundle::contentsFolderOfThisProgram() +
+                                            QStringLiteral("/Resources/Translations"));
+    quorvane::Resident resident(sessionBus(), QDBusConnection::systemBus());
     return parser.isSet(quit) ? resident.quitRunningCopy() : resident.run();
 }

@@ -1,7 +1,7 @@
 #include "apps/window/AlertDialog.h"
 
-#include "apps/window/ContentArea.h"
-#include "apps/window/ProductIcon.h"
+#include "widgets/ContentArea.h"
+#include "widgets/ProductIcon.h"
 
 #include <QBoxLayout>
 #include <QLabel>

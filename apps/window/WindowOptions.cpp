@@ -31,7 +31,7 @@ constexpr const char* help =
     "Ends with 0; with 2 when the layout, the JSON object or the command is faulty; with 3 when\n"
     "there is no display.\n";
 
-Message refused(const QString& why) {
+Message mistake(const QString& why) {
     return {QStringLiteral("quorvane-window: %1; see quorvane-window --help.\n").arg(why), true};
 }
 
@@ -47,15 +47,15 @@ Parsed parseWindow(const QStringList& arguments) {
             bool isNumber = false;
             options.level = arguments.value(++i).toInt(&isNumber);
             if (!isNumber) {
-                return refused(QStringLiteral("--level needs a whole number"));
+                return mistake(QStringLiteral("--level needs a whole number"));
             }
         } else if (argument.startsWith(u'-') || !options.layoutFile.isEmpty()) {
-            return refused(QStringLiteral("unexpected argument \"%1\"").arg(argument));
+            return mistake(QStringLiteral("unexpected argument \"%1\"").arg(argument));
         } else {
             options.layoutFile = argument;
         }
     }
-    return options.layoutFile.isEmpty() ? Parsed(refused(QStringLiteral("no layout file is named")))
+    return options.layoutFile.isEmpty() ? Parsed(mistake(QStringLiteral("no layout file is named")))
                                         : Parsed(options);
 }
 
@@ -79,11 +79,11 @@ Parsed WindowOptions::parse(const QStringList& arguments, const QString& version
     } else if (command == QLatin1String("copy")) {
         options.task = Task::copy;
     } else {
-        return refused(command.isEmpty() ? QStringLiteral("a command is missing")
+        return mistake(command.isEmpty() ? QStringLiteral("a command is missing")
                                          : QStringLiteral("unknown command \"%1\"").arg(command));
     }
     if (!rest.isEmpty()) {
-        return refused(QStringLiteral("unexpected argument \"%1\"").arg(rest.first()));
+        return mistake(QStringLiteral("unexpected argument \"%1\"").arg(rest.first()));
     }
     return options;
 }

@@ -2,16 +2,15 @@
 #include "apps/window/AlertRequest.h"
 #include "apps/window/ClipboardOwner.h"
 #include "apps/window/DisplayGuard.h"
-#include "apps/window/LayoutWindowController.h"
-#include "apps/window/ProductIcon.h"
 #include "apps/window/WindowOptions.h"
-#include "apps/window/X11Window.h"
+#include "core/Translation.h"
+#include "widgets/LayoutWindowController.h"
+#include "widgets/ProductIcon.h"
+#include "widgets/X11Window.h"
 
 #include <QApplication>
 #include <QFile>
-#include <QLocale>
 #include <QScreen>
-#include <QTranslator>
 
 #include <cstdio>
 #include <memory>
@@ -113,11 +112,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationDisplayName(QStringLiteral("Quorvane"));
     QApplication::setWindowIcon(ProductIcon::pixmap(64));
 
-    QTranslator translator;
-    if (translator.load(QLocale(), QStringLiteral("quorvane"), QStringLiteral("_"),
-                        QApplication::applicationDirPath() +
-                            QStringLiteral("/../Resources/Translations"))) {
-        QApplication::installTranslator(&translator);
-    }
+    const Translation translation(QApplication::applicationDirPath() +
+                                  QStringLiteral("/../Resources/Translations"));
     return run(std::get<WindowOptions>(parsed));
 }

@@ -1,9 +1,13 @@
 #include "platform/linux/LinuxPlatform.h"
 
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/applications/X11WindowList.h"
+#include "platform/linux/common/HelperNames.h"
+#include "platform/linux/helperclient/ExtensionLister.h"
+#include "platform/linux/helperclient/LoadedExtensions.h"
 
 #include <QCoreApplication>
 
+#include <memory>
 #include <utility>
 
 namespace quorvane {
@@ -18,46 +22,50 @@ LinuxHelperInstaller::Places helperPlaces(const LinuxBundle& bundle) {
             helpernames::installedFolder};
 }
 
-LinuxTasks::StandIns standIns(const LinuxBundle& bundle) {
-    return {{QStringLiteral("/usr/sbin/kextstat"),
-             bundle.contentsFolder() + QStringLiteral("/Linux/kextstat")}};
+// Asked at every start of the mode, by a main thread that would wait for a process.
+LinuxTasks::StandIns standIns() {
+    return {{QStringLiteral("/usr/sbin/kextstat"), [](const std::vector<std::string>& arguments) {
+                 return answerOfLister(loadedExtensionsFile, arguments).output;
+             }}};
 }
 
 } // namespace
 
 LinuxPlatform::LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConnection& systemBus,
-                             const RunningCopies* copies)
-    : journal_(PuttingBackJournal::defaultPath(), log_),
-      bundle_(LinuxBundle::contentsFolderOfThisProgram()), displays_(systemBus, journal_, log_),
+                             std::unique_ptr<PuttingBack> puttingBack, const RunningCopies* copies)
+    : puttingBack_(std::move(puttingBack)), log_(puttingBack_->log()),
+      bundle_(LinuxBundle::contentsFolderOfThisProgram()),
       helperInstaller_(systemBus, helperPlaces(bundle_)), helperTransport_(systemBus),
-      operatingSystem_(systemBus), powerSources_(systemBus, log_),
-      processes_(journal_, log_, [this] { return mainProcesses(); }), settings_(log_),
+      opener_(log_), operatingSystem_(systemBus), powerSources_(systemBus, log_),
+      programCopies_(copies, bundle_.identifier()), settings_(log_),
       statusBar_(sessionBus, log_,
                  bundle_.contentsFolder() + QStringLiteral("/Resources/StatusImages")),
-      tasks_(standIns(bundle_)), updates_(systemBus, QCoreApplication::applicationFilePath()),
+      tasks_(standIns()), updates_(systemBus, QCoreApplication::applicationFilePath()),
       userNotifications_(sessionBus, log_), windows_(bundle_.contentsFolder(), log_),
-      workspace_(copies, bundle_.identifier(), bundle_.contentsFolder(), log_),
+      workspace_(std::make_unique<X11WindowList>(), bundle_.identifier(),
+                 {bundle_.contentsFolder()}, log_),
       sleepWatch_(systemBus, log_, [this](std::function<void()> block) {
           helperTransport_.whenIdle(std::move(block));
       }) {
+    puttingBack_->processes().setApplications([this] { return mainProcesses(); });
     QObject::connect(&helperInstaller_, &LinuxHelperInstaller::installationBegan, &helperTransport_,
                      &LinuxHelperTransport::holdCommands);
     QObject::connect(&helperInstaller_, &LinuxHelperInstaller::installationEnded, &helperTransport_,
                      &LinuxHelperTransport::releaseCommands);
-    QObject::connect(&sleepWatch_, &SleepWatch::willSleep, &workspace_, &Workspace::willSleep);
-    QObject::connect(&sleepWatch_, &SleepWatch::didWake, &workspace_, &Workspace::didWake);
 }
 
 std::set<std::int32_t> LinuxPlatform::mainProcesses() const {
     std::set<std::int32_t> processes;
     for (const RunningApplication& each : workspace_.runningApplications()) {
-        processes.insert(each.processIdentifier);
+        if (each.processIdentifier > 0) {
+            processes.insert(each.processIdentifier);
+        }
     }
     return processes;
 }
 
 void LinuxPlatform::finishPendingWork() {
-    displays_.waitForWrites(lastPatience);
+    puttingBack_->finish();
     userNotifications_.waitForPending(lastPatience);
     helperTransport_.waitForPending(lastPatience);
     helperTransport_.close();

@@ -1,31 +1,31 @@
 #pragma once
 
 #include "platform/Platform.h"
-#include "platform/linux/AbsentLoginItems.h"
-#include "platform/linux/LinuxAuthorization.h"
-#include "platform/linux/LinuxBundle.h"
-#include "platform/linux/LinuxClock.h"
-#include "platform/linux/LinuxDisplays.h"
-#include "platform/linux/LinuxFiles.h"
-#include "platform/linux/LinuxHelperInstaller.h"
-#include "platform/linux/LinuxHelperTransport.h"
-#include "platform/linux/LinuxLog.h"
-#include "platform/linux/LinuxOperatingSystem.h"
-#include "platform/linux/LinuxPowerSources.h"
-#include "platform/linux/LinuxProcesses.h"
-#include "platform/linux/LinuxSettings.h"
-#include "platform/linux/LinuxStatusBar.h"
-#include "platform/linux/LinuxTasks.h"
-#include "platform/linux/LinuxUserNotifications.h"
-#include "platform/linux/LinuxWindows.h"
-#include "platform/linux/LinuxWorkspace.h"
-#include "platform/linux/PackageKitUpdates.h"
-#include "platform/linux/PuttingBackJournal.h"
-#include "platform/linux/SleepWatch.h"
+#include "platform/linux/PuttingBack.h"
+#include "platform/linux/applications/LinuxWorkspace.h"
+#include "platform/linux/basics/LinuxBundle.h"
+#include "platform/linux/basics/LinuxClock.h"
+#include "platform/linux/basics/LinuxFiles.h"
+#include "platform/linux/helperclient/LinuxAuthorization.h"
+#include "platform/linux/helperclient/LinuxHelperInstaller.h"
+#include "platform/linux/helperclient/LinuxHelperTransport.h"
+#include "platform/linux/helperclient/LinuxOperatingSystem.h"
+#include "platform/linux/notifications/LinuxUserNotifications.h"
+#include "platform/linux/power/LinuxPowerSources.h"
+#include "platform/linux/processes/LinuxTasks.h"
+#include "platform/linux/session/AbsentLoginItems.h"
+#include "platform/linux/session/LinuxOpener.h"
+#include "platform/linux/session/LinuxProgramCopies.h"
+#include "platform/linux/session/SleepWatch.h"
+#include "platform/linux/settings/LinuxSettings.h"
+#include "platform/linux/statusitem/LinuxStatusBar.h"
+#include "platform/linux/updates/PackageKitUpdates.h"
+#include "platform/linux/windows/LinuxWindows.h"
 
 #include <QDBusConnection>
 
 #include <cstdint>
+#include <memory>
 #include <set>
 
 namespace quorvane {
@@ -36,9 +36,9 @@ class RunningCopies;
 /// it then reads the kernel directly or does without.
 class LinuxPlatform final : public Platform {
   public:
-    /// `copies`, where given, must outlive this.
+    /// `puttingBack` is not null. `copies`, where given, must outlive this.
     LinuxPlatform(const QDBusConnection& sessionBus, const QDBusConnection& systemBus,
-                  const RunningCopies* copies = nullptr);
+                  std::unique_ptr<PuttingBack> puttingBack, const RunningCopies* copies = nullptr);
 
     Authorization& authorization() override { return authorization_; }
 
@@ -48,7 +48,7 @@ class LinuxPlatform final : public Platform {
 
     const DeviceInformation* deviceInformation() override { return nullptr; }
 
-    LinuxDisplays& displays() override { return displays_; }
+    LinuxDisplays& displays() override { return puttingBack_->displays(); }
 
     Files& files() override { return files_; }
 
@@ -60,15 +60,21 @@ class LinuxPlatform final : public Platform {
 
     LoginItems& loginItems() override { return loginItems_; }
 
+    Opener& opener() override { return opener_; }
+
     OperatingSystem& operatingSystem() override { return operatingSystem_; }
 
     Pasteboard& pasteboard() override { return windows_; }
 
     PowerSources& powerSources() override { return powerSources_; }
 
-    LinuxProcesses& processes() override { return processes_; }
+    LinuxProcesses& processes() override { return puttingBack_->processes(); }
+
+    ProgramCopies& programCopies() override { return programCopies_; }
 
     Settings& settings() override { return settings_; }
+
+    SleepEvents& sleepEvents() override { return sleepWatch_; }
 
     StatusBar& statusBar() override { return statusBar_; }
 
@@ -82,6 +88,8 @@ class LinuxPlatform final : public Platform {
 
     Workspace& workspace() override { return workspace_; }
 
+    [[nodiscard]] PuttingBack& puttingBack() { return *puttingBack_; }
+
     /// For the end of the program: what was asked of other services last still gets done. Bounded.
     /// The helper is not heard of any more afterwards.
     void finishPendingWork();
@@ -89,19 +97,19 @@ class LinuxPlatform final : public Platform {
   private:
     [[nodiscard]] std::set<std::int32_t> mainProcesses() const;
 
-    LinuxLog log_;
-    PuttingBackJournal journal_;
+    std::unique_ptr<PuttingBack> puttingBack_;
+    LinuxLog& log_;
     LinuxAuthorization authorization_;
     LinuxBundle bundle_;
     LinuxClock clock_;
-    LinuxDisplays displays_;
     LinuxFiles files_;
     LinuxHelperInstaller helperInstaller_;
     LinuxHelperTransport helperTransport_;
     AbsentLoginItems loginItems_;
+    LinuxOpener opener_;
     LinuxOperatingSystem operatingSystem_;
     LinuxPowerSources powerSources_;
-    LinuxProcesses processes_;
+    LinuxProgramCopies programCopies_;
     LinuxSettings settings_;
     LinuxStatusBar statusBar_;
     LinuxTasks tasks_;

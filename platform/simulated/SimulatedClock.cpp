@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace quorvane {
 
@@ -13,7 +15,10 @@ std::int64_t toMicroseconds(Seconds duration) {
 }
 
 QDateTime startOfTime() {
-    return {QDate(2026, 1, 5), QTime(9, 0), Qt::UTC};
+    // The constructor that takes Qt::UTC is deprecated, and what has replaced it is newer than 6.4.
+    static const auto start =
+        QDateTime::fromString(QStringLiteral("2026-01-05T09:00:00Z"), Qt::ISODate);
+    return start;
 }
 
 } // namespace
@@ -108,7 +113,18 @@ void SimulatedClock::fire(Entries::iterator next) {
         // A loop that was held up longer than a period does not make up for the missed firings.
         insert(entry, std::max(due + entry->interval, microseconds_.load()));
     }
+    ++firings_;
     entry->block();
+}
+
+Seconds SimulatedClock::shortestPeriod() const {
+    Seconds shortest(std::numeric_limits<double>::infinity());
+    for (const auto& [due, entry] : due_) {
+        if (entry->repeats) {
+            shortest = std::min(shortest, Seconds(std::chrono::microseconds(entry->interval)));
+        }
+    }
+    return shortest;
 }
 
 void SimulatedClock::runMainQueue() {

@@ -38,6 +38,12 @@ class SimulatedClock final : public Clock {
 
     [[nodiscard]] std::size_t timerCount() const { return due_.size(); }
 
+    /// How many times a timer has fired so far: what would have woken a real machine.
+    [[nodiscard]] std::int64_t firings() const { return firings_; }
+
+    /// Of the repeating timers that are scheduled now; infinite while there is none.
+    [[nodiscard]] Seconds shortestPeriod() const;
+
   private:
     class Handle;
     struct Entry;
@@ -49,6 +55,7 @@ class SimulatedClock final : public Clock {
 
     std::atomic<std::int64_t> microseconds_{0};
     std::uint64_t sequence_ = 0;
+    std::int64_t firings_ = 0;
     std::function<void()> settle_;
     std::shared_ptr<Entries> entries_;
     Entries& due_;

@@ -1,6 +1,6 @@
 #include "platform/simulated/SimulatedHelper.h"
 
-#include "helper/HelperToolProtocol.h"
+#include "platform/HelperToolProtocol.h"
 
 #include <QMap>
 #include <QThreadPool>

@@ -59,6 +59,8 @@ class SimulatedPlatform final : public Platform {
 
     SimulatedLoginItems& loginItems() override { return loginItems_; }
 
+    SimulatedOpener& opener() override { return opener_; }
+
     SimulatedOperatingSystem& operatingSystem() override { return operatingSystem_; }
 
     SimulatedPasteboard& pasteboard() override { return pasteboard_; }
@@ -67,7 +69,11 @@ class SimulatedPlatform final : public Platform {
 
     SimulatedProcesses& processes() override { return processes_; }
 
+    SimulatedProgramCopies& programCopies() override { return programCopies_; }
+
     SimulatedSettings& settings() override { return settings_; }
+
+    SimulatedSleepEvents& sleepEvents() override { return sleepEvents_; }
 
     SimulatedStatusBar& statusBar() override { return statusBar_; }
 
@@ -91,11 +97,14 @@ class SimulatedPlatform final : public Platform {
     SimulatedFiles files_;
     SimulatedHelper helper_;
     SimulatedLoginItems loginItems_;
+    SimulatedOpener opener_;
     SimulatedOperatingSystem operatingSystem_;
     SimulatedPasteboard pasteboard_;
     SimulatedPowerSources powerSources_;
     SimulatedProcesses processes_;
+    SimulatedProgramCopies programCopies_;
     SimulatedSettings settings_;
+    SimulatedSleepEvents sleepEvents_;
     SimulatedStatusBar statusBar_;
     SimulatedTasks tasks_;
     SimulatedUpdates updateService_;

@@ -2,6 +2,11 @@
 
 namespace quorvane {
 
+void SimulatedPowerSources::announce() {
+    const PowerReading told = reading_; // a listener may set the next one
+    Q_EMIT changed(told);
+}
+
 void SimulatedPowerSources::discharge(double percent, double estimate) {
     setPercent(percent);
     setEstimate(estimate);

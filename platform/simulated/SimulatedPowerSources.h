@@ -11,33 +11,37 @@ class SimulatedPowerSources final : public PowerSources {
   public:
     using PowerSources::PowerSources;
 
-    [[nodiscard]] std::vector<PowerSource> list() const override { return sources_; }
-
-    [[nodiscard]] double timeRemainingEstimate() const override { return estimate_; }
+    [[nodiscard]] PowerReading reading() const override {
+        ++readings_;
+        return reading_;
+    }
 
     [[nodiscard]] std::optional<QVariantMap> advancedBatteryInfo() const override {
         return advancedInfo_;
     }
 
     /// The next reading; nobody is told of it.
-    void setSources(std::vector<PowerSource> sources) { sources_ = std::move(sources); }
+    void setSources(std::vector<PowerSource> sources) { reading_.sources = std::move(sources); }
 
-    void setPercent(double percent) { sources_ = {{true, percent, 100.0}}; }
+    void setPercent(double percent) { reading_.sources = {{true, percent, 100.0}}; }
 
-    void setEstimate(double seconds) { estimate_ = seconds; }
+    void setEstimate(double seconds) { reading_.timeRemaining = seconds; }
 
     void setAdvancedInfo(std::optional<QVariantMap> info) { advancedInfo_ = std::move(info); }
 
-    /// Tells that the reading has changed.
-    void announce() { Q_EMIT changed(); }
+    /// Tells the reading to all who listen.
+    void announce();
 
     /// The next reading, and tells of it.
     void discharge(double percent, double estimate = 3600.0);
     void charge(double percent);
 
+    /// How many times somebody has asked for the reading.
+    [[nodiscard]] int readings() const { return readings_; }
+
   private:
-    std::vector<PowerSource> sources_{{true, 80.0, 100.0}};
-    double estimate_ = timeRemainingUnlimited;
+    PowerReading reading_{{{true, 80.0, 100.0}}, timeRemainingUnlimited};
+    mutable int readings_ = 0;
     std::optional<QVariantMap> advancedInfo_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/MainQueue.h"
+#include "platform/MainQueue.h"
 #include "platform/UpdateService.h"
 
 #include <QObject>

@@ -3,7 +3,6 @@
 #include "platform/Workspace.h"
 
 #include <QList>
-#include <QMap>
 
 #include <mutex>
 
@@ -17,18 +16,14 @@ class SimulatedWorkspace final : public Workspace {
     [[nodiscard]] std::vector<RunningApplication> runningApplications() const override;
     [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override;
 
-    [[nodiscard]] int runningCopies(const QString& bundleIdentifier) const override {
-        return copies_.value(bundleIdentifier);
-    }
+    [[nodiscard]] Result<Done> tellsFront() const override { return Done(); }
+
+    [[nodiscard]] Result<Done> canHide() const override { return Done(); }
 
     void hide(const RunningApplication& application) override;
     void terminate(const RunningApplication& application) override;
 
-    void openURL(const QUrl& url) override { openedURLs_.append(url); }
-
     // What the user does.
-
-    void runCopy(const QString& bundleIdentifier) { ++copies_[bundleIdentifier]; }
 
     /// The application starts in the background.
     void run(const QString& bundleIdentifier, std::int32_t pid,
@@ -40,14 +35,7 @@ class SimulatedWorkspace final : public Workspace {
     /// The application ends; if it was in front, none is then.
     void quit(std::int32_t pid);
 
-    /// The lid is closed, and opened again.
-    void sleep() { Q_EMIT willSleep(); }
-
-    void wake() { Q_EMIT didWake(); }
-
     // What came of it.
-
-    [[nodiscard]] const QList<QUrl>& openedURLs() const { return openedURLs_; }
 
     /// The identifiers of what was hidden, in order, each as often as it was told to.
     [[nodiscard]] const QStringList& hidden() const { return hidden_; }
@@ -59,10 +47,8 @@ class SimulatedWorkspace final : public Workspace {
   private:
     mutable std::mutex mutex_; ///< modules look from threads of their own
     std::vector<RunningApplication> applications_;
-    QMap<QString, int> copies_;
     QStringList hidden_;
     QList<std::int32_t> terminated_;
-    QList<QUrl> openedURLs_;
 };
 
 } // namespace quorvane

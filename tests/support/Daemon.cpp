@@ -1,9 +1,11 @@
 #include "tests/support/Daemon.h"
 
+#include "platform/linux/processes/ChildSignals.h"
+
 #include <QProcessEnvironment>
 
 #include <csignal>
-#include <sys/prctl.h>
+#include <unistd.h>
 
 namespace quorvane::test {
 
@@ -22,7 +24,7 @@ bool Daemon::start(const QString& program, const QStringList& arguments, const Q
     process_.setStandardOutputFile(logFile, QIODevice::Append);
     process_.setStandardErrorFile(logFile, QIODevice::Append);
     // A test that is killed must not leave its services running.
-    process_.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    process_.setChildProcessModifier([parent = ::getpid()] { endWithParent(parent, SIGKILL); });
     process_.start(program, arguments);
     return process_.waitForStarted(5000);
 }

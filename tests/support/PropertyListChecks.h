@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/PropertyList.h"
+#include "plist/PropertyList.h"
 #include "tests/support/DescribeValue.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
-#include "platform/linux/ApplicationIdentity.h"
+#include "platform/linux/applications/ApplicationIdentity.h"
 
-#include "platform/linux/ApplicationTable.h"
-#include "platform/linux/ApplicationUnit.h"
-#include "platform/linux/DesktopEntries.h"
-#include "platform/linux/LaunchCommand.h"
+#include "platform/linux/applications/ApplicationTable.h"
+#include "platform/linux/applications/DesktopEntries.h"
+#include "platform/linux/applications/LaunchCommand.h"
+#include "platform/linux/processes/ApplicationUnit.h"
 
 namespace quorvane {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/ProcessFacts.h"
+#include "platform/linux/applications/ProcessFacts.h"
 
 #include <QByteArray>
 #include <QString>
@@ -12,7 +12,7 @@ class DesktopEntries;
 
 /// What a window says of its application. In UTF-8; empty what it does not say.
 struct WindowNames {
-    QByteArray applicationId; ///< _GTK_APPLICATION_ID
+    QByteArray applicationId; ///< the id that it gives: _GTK_APPLICATION_ID, an "app id"
     QByteArray instance;      ///< the first part of WM_CLASS
     QByteArray windowClass;   ///< the second one
 

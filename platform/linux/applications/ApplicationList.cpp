@@ -1,56 +1,48 @@
-#include "platform/linux/ApplicationList.h"
+#include "platform/linux/applications/ApplicationList.h"
 
 #include <algorithm>
-#include <unordered_map>
-#include <utility>
 
 namespace quorvane {
 
 namespace {
 
-using WindowsByProcess = std::unordered_map<std::int32_t, std::vector<SessionWindow>>;
-
-bool holds(const std::vector<SessionWindow>& windows, std::uint32_t id) {
+bool holds(const std::vector<SessionWindow>& windows, WindowId id) {
     return std::any_of(windows.cbegin(), windows.cend(),
                        [id](const SessionWindow& window) { return window.id == id; });
 }
 
 } // namespace
 
-void ApplicationList::update(const std::vector<SessionWindow>& windows, std::uint32_t activeWindow,
+ApplicationList::Owner ApplicationList::ownerOf(const SessionWindow& window) {
+    return window.processIdentifier > 0 ? Owner{window.processIdentifier, {}}
+                                        : Owner{0, window.names.applicationId};
+}
+
+void ApplicationList::update(const std::vector<SessionWindow>& windows, WindowId activeWindow,
                              const Identify& identify) {
-    WindowsByProcess byProcess;
-    std::vector<std::int32_t> order;
+    WindowsByOwner byOwner;
+    std::vector<Owner> order;
     for (const SessionWindow& window : windows) {
-        if (window.processIdentifier > 0) {
-            std::vector<SessionWindow>& own = byProcess[window.processIdentifier];
-            if (own.empty()) {
-                order.push_back(window.processIdentifier);
-            }
-            own.push_back(window);
+        const Owner owner = ownerOf(window);
+        if (owner == Owner()) {
+            continue;
         }
+        std::vector<SessionWindow>& own = byOwner[owner];
+        if (own.empty()) {
+            order.push_back(owner);
+        }
+        own.push_back(window);
     }
-    std::erase_if(members_, [&byProcess](const Member& member) {
-        return byProcess.count(member.application.processIdentifier) == 0;
-    });
+    forgetAllBut(byOwner);
     for (Member& member : members_) {
-        const auto own = byProcess.find(member.application.processIdentifier);
+        const auto own = byOwner.find(member.owner);
         identifyAnew(member, own->second, identify);
         member.windows = std::move(own->second);
-        byProcess.erase(own);
+        byOwner.erase(own);
     }
-    for (const std::int32_t pid : order) {
-        const auto own = byProcess.find(pid);
-        const auto found =
-            own == byProcess.end() ? std::nullopt : identify(pid, own->second.front().names);
-        if (found) {
-            Member& member = members_.emplace_back();
-            member.application.processIdentifier = pid;
-            member.application.bundleIdentifier = found->bundleIdentifier;
-            member.application.localizedName = found->localizedName;
-            member.windows.push_back(own->second.front());
-            identifyAnew(member, own->second, identify);
-            member.windows = std::move(own->second);
+    for (const Owner& owner : order) {
+        if (const auto own = byOwner.find(owner); own != byOwner.end()) {
+            add(owner, std::move(own->second), identify);
         }
     }
     for (Member& member : members_) {
@@ -59,8 +51,30 @@ void ApplicationList::update(const std::vector<SessionWindow>& windows, std::uin
                         [](const SessionWindow& window) { return window.isOrdinary; });
         member.application.activationPolicy =
             isRegular ? ActivationPolicy::Regular : ActivationPolicy::Accessory;
-        member.application.isActive = activeWindow != 0 && holds(member.windows, activeWindow);
+        member.application.isActive =
+            activeWindow != WindowId::None && holds(member.windows, activeWindow);
     }
+}
+
+void ApplicationList::forgetAllBut(const WindowsByOwner& windows) {
+    std::erase_if(members_,
+                  [&windows](const Member& member) { return !windows.contains(member.owner); });
+}
+
+void ApplicationList::add(const Owner& owner, std::vector<SessionWindow> windows,
+                          const Identify& identify) {
+    const auto found = identify(owner.first, windows.front().names);
+    if (!found) {
+        return;
+    }
+    Member& member = members_.emplace_back();
+    member.owner = owner;
+    member.application.processIdentifier = owner.first;
+    member.application.bundleIdentifier = found->bundleIdentifier;
+    member.application.localizedName = found->localizedName;
+    member.windows.push_back(windows.front());
+    identifyAnew(member, windows, identify);
+    member.windows = std::move(windows);
 }
 
 void ApplicationList::identifyAnew(Member& member, const std::vector<SessionWindow>& windows,
@@ -95,10 +109,11 @@ std::optional<RunningApplication> ApplicationList::front() const {
     return front == members_.cend() ? std::nullopt : std::optional(front->application);
 }
 
-std::vector<std::uint32_t> ApplicationList::windowsOf(std::int32_t pid, bool onlyOrdinary) const {
-    std::vector<std::uint32_t> ids;
+std::vector<WindowId> ApplicationList::windowsOf(const RunningApplication& application,
+                                                 bool onlyOrdinary) const {
+    std::vector<WindowId> ids;
     for (const Member& member : members_) {
-        if (member.application.processIdentifier != pid) {
+        if (!member.application.isSameAs(application)) {
             continue;
         }
         for (const SessionWindow& window : member.windows) {

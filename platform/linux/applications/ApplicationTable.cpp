@@ -1,7 +1,7 @@
-#include "platform/linux/ApplicationTable.h"
+#include "platform/linux/applications/ApplicationTable.h"
 
 #include "platform/Log.h"
-#include "platform/linux/BoundedFile.h"
+#include "platform/linux/common/BoundedFile.h"
 
 #include <QStandardPaths>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/WholeFile.h"
+#include "platform/linux/common/WholeFile.h"
 
 #include <QByteArray>
 #include <QString>

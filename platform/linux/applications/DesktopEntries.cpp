@@ -1,6 +1,6 @@
-#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/applications/DesktopEntries.h"
 
-#include "platform/linux/BoundedFile.h"
+#include "platform/linux/common/BoundedFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/DesktopEntry.h"
-#include "platform/linux/FolderChanges.h"
+#include "platform/linux/applications/DesktopEntry.h"
+#include "platform/linux/applications/FolderChanges.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/FolderChanges.h"
+#include "platform/linux/applications/FolderChanges.h"
 
 #include <QFile>
 #include <QFileInfo>

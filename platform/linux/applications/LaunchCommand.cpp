@@ -1,4 +1,4 @@
-#include "platform/linux/LaunchCommand.h"
+#include "platform/linux/applications/LaunchCommand.h"
 
 #include <QList>
 

@@ -1,44 +1,42 @@
-#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/applications/LinuxWorkspace.h"
 
 #include "platform/Log.h"
-#include "platform/linux/ChildSignals.h"
-#include "platform/linux/RunningCopies.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvane {
 
-LinuxWorkspace::LinuxWorkspace(const RunningCopies* copies, QString ownIdentifier,
-                               const QString& contentsFolder, LogSink& log)
-    : copies_(copies), ownIdentifier_(std::move(ownIdentifier)),
-      programFolder_(QFile::encodeName(contentsFolder + QStringLiteral("/Linux/"))), log_(log),
-      entries_(DesktopEntries::foldersOfTheSession()),
-      table_(contentsFolder + QStringLiteral("/Resources/ApplicationIdentifiers.tsv"),
-             ApplicationTable::userFileOfTheSession(), log),
-      identity_(entries_, table_), units_(UnitApplications::folderOfTheSession()) {
-    connect(&session_, &X11Session::changed, this, &LinuxWorkspace::update);
-    connect(&session_, &X11Session::unavailable, this, &LinuxWorkspace::complainAboutBlindness);
+LinuxWorkspace::LinuxWorkspace(std::unique_ptr<WindowList> windows, QString ownIdentifier,
+                               const Places& places, LogSink& log)
+    : ownIdentifier_(std::move(ownIdentifier)),
+      programFolder_(QFile::encodeName(places.contentsFolder + QStringLiteral("/Linux/"))),
+      log_(log), entries_(places.entryFolders),
+      table_(places.contentsFolder + QStringLiteral("/Resources/ApplicationIdentifiers.tsv"),
+             places.userTable, log),
+      identity_(entries_, table_), units_(places.unitsFolder), windows_(std::move(windows)) {
+    connect(windows_.get(), &WindowList::changed, this, &LinuxWorkspace::update);
+    connect(windows_.get(), &WindowList::unavailable, this,
+            &LinuxWorkspace::complainAboutBlindness);
     // A timer of no time waits for everything that is queued at the program's start.
     QTimer::singleShot(0, this, &LinuxWorkspace::begin);
 }
 
 void LinuxWorkspace::begin() {
-    session_.open();
-    if (session_.isConnected() && qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) {
-        log_.write(QStringLiteral(
-            "This is a Wayland session: only the windows of applications that use Xwayland are "
-            "seen."));
+    windows_->open();
+    if (const QString leftOut = windows_->leavesOut(); !leftOut.isEmpty()) {
+        log_.write(leftOut);
     }
 }
 
-void LinuxWorkspace::complainAboutBlindness() {
+void LinuxWorkspace::complainAboutBlindness(const QString& why) {
     if (!std::exchange(hasComplained_, true)) {
-        log_.write(QStringLiteral("Applications cannot be seen here (no X server), so none is "
-                                  "paused or hidden."));
+        log_.write(QStringLiteral("Applications cannot be seen here (%1), so none is paused or "
+                                  "hidden.")
+                       .arg(why));
     }
 }
 
@@ -49,14 +47,11 @@ void LinuxWorkspace::update() {
         const std::lock_guard lock(mutex_);
         before = applications_.front();
         applications_.update(
-            session_.windows(), session_.activeWindow(),
+            windows_->windows(), windows_->activeWindow(),
             [this](std::int32_t pid, const WindowNames& window) { return identify(pid, window); });
         now = applications_.front();
     }
-    const auto processOf = [](const std::optional<RunningApplication>& application) {
-        return application ? application->processIdentifier : 0;
-    };
-    if (processOf(before) == processOf(now)) {
+    if (before ? now && before->isSameAs(*now) : !now) {
         return;
     }
     if (before) {
@@ -70,6 +65,9 @@ void LinuxWorkspace::update() {
 
 std::optional<ApplicationIdentity::Found>
 LinuxWorkspace::identify(std::int32_t pid, const WindowNames& window) const {
+    if (pid == 0) {
+        return identifyByWindow(window);
+    }
     if (!ProcessFacts::exists(pid)) {
         return std::nullopt;
     }
@@ -81,11 +79,30 @@ LinuxWorkspace::identify(std::int32_t pid, const WindowNames& window) const {
     return found;
 }
 
+/// What the application calls itself is all that is known; not to be installed does not make it
+/// nobody's.
+ApplicationIdentity::Found LinuxWorkspace::identifyByWindow(const WindowNames& window) const {
+    ApplicationIdentity::Found found = identity_.find({}, window);
+    if (found.bundleIdentifier.isEmpty()) {
+        found.bundleIdentifier = QString::fromUtf8(window.applicationId);
+    }
+    return found;
+}
+
 std::vector<RunningApplication> LinuxWorkspace::runningApplications() const {
     const std::lock_guard lock(mutex_);
     std::vector<RunningApplication> applications = applications_.applications();
-    const std::vector<RunningApplication> others =
+    std::vector<RunningApplication> others =
         units_.without(applications, [this](std::int32_t pid) { return identify(pid, {}); });
+    // A unit may hold the process of an application whose windows do not tell it: taken for one
+    // without windows, it would be paused while its user works with it.
+    std::erase_if(others, [&applications](const RunningApplication& other) {
+        return std::any_of(applications.cbegin(), applications.cend(),
+                           [&other](const RunningApplication& each) {
+                               return each.processIdentifier == 0 &&
+                                      each.bundleIdentifier == other.bundleIdentifier;
+                           });
+    });
     applications.insert(applications.end(), others.cbegin(), others.cend());
     return applications;
 }
@@ -96,41 +113,15 @@ std::optional<RunningApplication> LinuxWorkspace::frontmostApplication() const {
 }
 
 void LinuxWorkspace::hide(const RunningApplication& application) {
-    for (const std::uint32_t window :
-         applications_.windowsOf(application.processIdentifier, true)) {
-        session_.iconify(window);
+    for (const WindowId window : applications_.windowsOf(application, true)) {
+        windows_->hide(window);
     }
 }
 
 void LinuxWorkspace::terminate(const RunningApplication& application) {
-    for (const std::uint32_t window :
-         applications_.windowsOf(application.processIdentifier, false)) {
-        session_.close(window);
+    for (const WindowId window : applications_.windowsOf(application, false)) {
+        windows_->close(window);
     }
-}
-
-int LinuxWorkspace::runningCopies(const QString& bundleIdentifier) const {
-    return copies_ == nullptr ? 0 : copies_->count(bundleIdentifier, ownIdentifier_);
-}
-
-void LinuxWorkspace::openURL(const QUrl& url) {
-    const QString address = url.toString(QUrl::FullyEncoded);
-    if (!url.isValid() || url.isRelative()) {
-        complain(address, QStringLiteral("it is no address"));
-        return;
-    }
-    auto* const process = new QProcess(&processes_);
-    process->setChildProcessModifier(releaseSignals);
-    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
-    QObject::connect(process, &QProcess::errorOccurred, process,
-                     [this, process, address] { complain(address, process->errorString()); });
-    // In a session of its own: what it starts, a browser at times, must not end with this program.
-    process->start(QStringLiteral("setsid"),
-                   {QStringLiteral("--fork"), QStringLiteral("xdg-open"), address});
-}
-
-void LinuxWorkspace::complain(const QString& address, const QString& reason) {
-    log_.write(QStringLiteral("The page \"%1\" cannot be opened: %2").arg(address, reason));
 }
 
 } // namespace quorvane

@@ -1,9 +1,12 @@
-#include "platform/linux/UnitApplications.h"
+#include "platform/linux/applications/UnitApplications.h"
 
-#include "platform/linux/BoundedFile.h"
-#include "platform/linux/ProcessTable.h"
+#include "platform/linux/common/BoundedFile.h"
+#include "platform/linux/processes/ApplicationUnit.h"
+#include "platform/linux/processes/ProcessTable.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 #include <unistd.h>
 #include <utility>
@@ -55,18 +58,24 @@ QString UnitApplications::folderOfTheSession() {
     return {};
 }
 
-/// Also one level down: the services of one template are in a slice of theirs.
+/// Also one level down: the services of one template are in a slice of theirs. Snap's are left out:
+/// what they hold is told by its windows only.
 QStringList UnitApplications::units() const {
     if (folder_.isEmpty()) {
         return {};
     }
-    const QStringList names{QStringLiteral("app-*.scope"), QStringLiteral("app-*.service")};
-    QStringList units = QDir(folder_).entryList(names, QDir::Dirs, QDir::Name);
+    const auto unitsIn = [](const QString& folder) {
+        QStringList names = QDir(folder).entryList(QDir::Dirs, QDir::Name);
+        names.removeIf([](const QString& name) {
+            return !ApplicationUnit::isMadeByDesktop(QFile::encodeName(name));
+        });
+        return names;
+    };
+    QStringList units = unitsIn(folder_);
     const QStringList slices =
         QDir(folder_).entryList({QStringLiteral("app-*.slice")}, QDir::Dirs, QDir::Name);
     for (const QString& slice : slices) {
-        const QDir folder(folder_ + QLatin1Char('/') + slice);
-        for (const QString& unit : folder.entryList(names, QDir::Dirs, QDir::Name)) {
+        for (const QString& unit : unitsIn(folder_ + QLatin1Char('/') + slice)) {
             units.append(slice + QLatin1Char('/') + unit);
         }
     }
@@ -84,7 +93,9 @@ UnitApplications::without(const std::vector<RunningApplication>& known, const Id
         }
     }
     for (const RunningApplication& application : known) {
-        owners[application.processIdentifier].clear();
+        if (application.processIdentifier > 0) {
+            owners[application.processIdentifier].clear();
+        }
     }
     std::vector<RunningApplication> applications;
     QStringList seen;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Workspace.h"
-#include "platform/linux/ApplicationIdentity.h"
+#include "platform/linux/applications/ApplicationIdentity.h"
 
 #include <QStringList>
 

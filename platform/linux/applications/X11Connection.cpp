@@ -1,4 +1,4 @@
-#include "platform/linux/X11Connection.h"
+#include "platform/linux/applications/X11Connection.h"
 
 #include <algorithm>
 #include <csignal>

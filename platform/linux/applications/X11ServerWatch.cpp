@@ -1,4 +1,4 @@
-#include "platform/linux/X11ServerWatch.h"
+#include "platform/linux/applications/X11ServerWatch.h"
 
 #include <chrono>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/FileWatch.h"
+#include "platform/linux/common/FileWatch.h"
 
 #include <QObject>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "platform/linux/X11Session.h"
+#include "platform/linux/applications/X11WindowList.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -11,6 +11,12 @@ namespace {
 // More windows than any screen can show, and 64 KB.
 constexpr std::uint32_t mostWindows = 16384;
 
+constexpr const char* noServer = "no X server";
+
+xcb_window_t numberOf(WindowId window) {
+    return static_cast<xcb_window_t>(window);
+}
+
 std::vector<std::uint32_t> windowsIn(const xcb_get_property_reply_t* reply) {
     if (reply == nullptr || reply->format != 32) {
         return {};
@@ -21,15 +27,15 @@ std::vector<std::uint32_t> windowsIn(const xcb_get_property_reply_t* reply) {
 
 } // namespace
 
-X11Session::X11Session() = default;
+X11WindowList::X11WindowList() = default;
 
-X11Session::~X11Session() = default;
+X11WindowList::~X11WindowList() = default;
 
-void X11Session::open() {
+void X11WindowList::open() {
     if (connectNow()) {
         return;
     }
-    Q_EMIT unavailable();
+    Q_EMIT unavailable(QLatin1String(noServer));
     const QString socket = X11Connection::socketPath();
     if (!socket.isEmpty()) {
         watch_ = std::make_unique<X11ServerWatch>(socket);
@@ -41,71 +47,89 @@ void X11Session::open() {
     }
 }
 
-bool X11Session::connectNow() {
+bool X11WindowList::connectNow() {
     connection_ = X11Connection::open();
     if (!connection_) {
         return false;
     }
+    isXwayland_ = qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
     const std::uint32_t wanted = XCB_EVENT_MASK_PROPERTY_CHANGE;
     ::xcb_change_window_attributes(connection_->xcb(), connection_->root(), XCB_CW_EVENT_MASK,
                                    &wanted);
     notifier_ = std::make_unique<QSocketNotifier>(::xcb_get_file_descriptor(connection_->xcb()),
                                                   QSocketNotifier::Read);
-    connect(notifier_.get(), &QSocketNotifier::activated, this, &X11Session::wake);
+    connect(notifier_.get(), &QSocketNotifier::activated, this, &X11WindowList::wake);
     isListStale_ = true;
     isActiveStale_ = true;
     // Behind whoever has just been told that there is no server.
-    QMetaObject::invokeMethod(this, &X11Session::work, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &X11WindowList::work, Qt::QueuedConnection);
     return true;
 }
 
-std::vector<SessionWindow> X11Session::windows() const {
+std::vector<SessionWindow> X11WindowList::windows() const {
     std::vector<SessionWindow> windows;
-    windows.reserve(listed_.size() + 1);
+    windows.reserve(listed_.size());
     const auto add = [this, &windows](std::uint32_t id) {
         const auto known = known_.find(id);
         if (known == known_.cend() || !known->second.isRead) {
             return;
         }
-        windows.push_back(known->second.window);
-        std::int32_t& process = windows.back().processIdentifier;
-        if (process == manager_ || process == connection_->serverProcess()) {
-            process = 0;
+        const std::int32_t process = known->second.window.processIdentifier;
+        if (process != 0 && process != manager_ && process != connection_->serverProcess()) {
+            windows.push_back(known->second.window);
         }
     };
     std::for_each(listed_.cbegin(), listed_.cend(), add);
     return windows;
 }
 
-void X11Session::iconify(std::uint32_t window) {
+void X11WindowList::hide(WindowId window) {
     constexpr std::uint32_t iconicState = 3; // of the conventions between clients
     if (connection_) {
-        connection_->askManager(window, X11Atom::ChangeState, {iconicState, 0, 0, 0, 0});
+        connection_->askManager(numberOf(window), X11Atom::ChangeState, {iconicState, 0, 0, 0, 0});
         flush();
     }
 }
 
-void X11Session::close(std::uint32_t window) {
+void X11WindowList::close(WindowId window) {
     constexpr std::uint32_t asTheUser = 2;
     if (connection_) {
-        connection_->askManager(window, X11Atom::CloseWindow,
+        connection_->askManager(numberOf(window), X11Atom::CloseWindow,
                                 {XCB_CURRENT_TIME, asTheUser, 0, 0, 0});
         flush();
     }
 }
 
-// What the library reads while it writes would not wake the notifier any more.
-void X11Session::flush() {
-    ::xcb_flush(connection_->xcb());
-    QMetaObject::invokeMethod(this, &X11Session::work, Qt::QueuedConnection);
+Result<Done> X11WindowList::tellsFront() const {
+    if (!connection_) {
+        return Failure{QLatin1String(noServer)};
+    }
+    return isXwayland_ ? Result<Done>(Failure{leavesOut()}) : Done();
 }
 
-void X11Session::wake() {
+Result<Done> X11WindowList::canHide() const {
+    return connection_ ? Result<Done>(Done()) : Failure{QLatin1String(noServer)};
+}
+
+QString X11WindowList::leavesOut() const {
+    return connection_ && isXwayland_
+               ? QStringLiteral("This is a Wayland session: only the windows of applications that "
+                                "use Xwayland are seen.")
+               : QString();
+}
+
+// What the library reads while it writes would not wake the notifier any more.
+void X11WindowList::flush() {
+    ::xcb_flush(connection_->xcb());
+    QMetaObject::invokeMethod(this, &X11WindowList::work, Qt::QueuedConnection);
+}
+
+void X11WindowList::wake() {
     ++wakeUps_;
     work();
 }
 
-void X11Session::work() {
+void X11WindowList::work() {
     if (!connection_) {
         return;
     }
@@ -123,7 +147,7 @@ void X11Session::work() {
     }
 }
 
-bool X11Session::takeEvents(NextEvent* next) {
+bool X11WindowList::takeEvents(NextEvent* next) {
     bool hadAny = false;
     while (const X11Reply<xcb_generic_event_t> event{next(connection_->xcb())}) {
         hadAny = true;
@@ -140,7 +164,7 @@ bool X11Session::takeEvents(NextEvent* next) {
 
 // Several changes at once are one question. One while a question is under way is another question:
 // the answer may be older than the change.
-bool X11Session::ask() {
+bool X11WindowList::ask() {
     bool hasAsked = false;
     if (isListStale_ && listRequest_ == 0) {
         isListStale_ = false;
@@ -156,13 +180,13 @@ bool X11Session::ask() {
     return hasAsked;
 }
 
-unsigned X11Session::askRoot(X11Atom property, std::uint32_t length) const {
+unsigned X11WindowList::askRoot(X11Atom property, std::uint32_t length) const {
     return ::xcb_get_property(connection_->xcb(), 0, connection_->root(),
                               connection_->atom(property), XCB_ATOM_WINDOW, 0, length)
         .sequence;
 }
 
-bool X11Session::takeAnswers() {
+bool X11WindowList::takeAnswers() {
     const bool hadList = takeList();
     const bool hadActive = takeActive();
     const bool hadManager = takeManager();
@@ -173,7 +197,7 @@ bool X11Session::takeAnswers() {
     return hadList || hadActive || hadManager || hadWindows;
 }
 
-bool X11Session::takeList() {
+bool X11WindowList::takeList() {
     X11Reply<xcb_get_property_reply_t> reply;
     if (listRequest_ == 0 || !connection_->poll(listRequest_, reply)) {
         return false;
@@ -183,7 +207,7 @@ bool X11Session::takeList() {
     return true;
 }
 
-bool X11Session::takeActive() {
+bool X11WindowList::takeActive() {
     X11Reply<xcb_get_property_reply_t> reply;
     if (activeRequest_ == 0 || !connection_->poll(activeRequest_, reply)) {
         return false;
@@ -197,7 +221,7 @@ bool X11Session::takeActive() {
 }
 
 // The window manager may have been replaced since the last time.
-bool X11Session::takeManager() {
+bool X11WindowList::takeManager() {
     if (managerRequest_ != 0) {
         X11Reply<xcb_get_selection_owner_reply_t> reply;
         if (!connection_->poll(managerRequest_, reply)) {
@@ -218,21 +242,21 @@ bool X11Session::takeManager() {
     return true;
 }
 
-bool X11Session::takeWindow() {
+bool X11WindowList::takeWindow() {
     if (readers_.empty() || !readers_.front().poll(*connection_)) {
         return false;
     }
-    const SessionWindow& window = readers_.front().window();
+    const X11WindowReader& reader = readers_.front();
     // It may have left the list meanwhile.
-    if (const auto known = known_.find(window.id); known != known_.end()) {
-        known->second = {window, true};
+    if (const auto known = known_.find(reader.id()); known != known_.end()) {
+        known->second = {reader.window(), true};
         hasChanged_ = true;
     }
     readers_.pop_front();
     return true;
 }
 
-void X11Session::setList(std::vector<std::uint32_t> listed) {
+void X11WindowList::setList(std::vector<std::uint32_t> listed) {
     std::unordered_set<std::uint32_t> all;
     std::erase_if(listed, [&all](std::uint32_t id) { return id == 0 || !all.insert(id).second; });
     hasChanged_ = hasChanged_ || listed != listed_;
@@ -251,17 +275,17 @@ void X11Session::setList(std::vector<std::uint32_t> listed) {
     }
 }
 
-void X11Session::read(std::uint32_t window) {
+void X11WindowList::read(std::uint32_t window) {
     known_.emplace(window, Known{});
     readers_.emplace_back(*connection_, window);
 }
 
-bool X11Session::isSettled() const {
+bool X11WindowList::isSettled() const {
     return readers_.empty() && listRequest_ == 0 && activeRequest_ == 0 && managerRequest_ == 0 &&
            managerProcessRequest_ == 0;
 }
 
-void X11Session::lose() {
+void X11WindowList::lose() {
     notifier_->setEnabled(false);
     notifier_.release()->deleteLater(); // it may be the one that emits right now
     connection_.reset();

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "platform/linux/SessionWindow.h"
-#include "platform/linux/X11Connection.h"
-#include "platform/linux/X11ServerWatch.h"
-#include "platform/linux/X11WindowReader.h"
+#include "platform/linux/applications/WindowList.h"
+#include "platform/linux/applications/X11Connection.h"
+#include "platform/linux/applications/X11ServerWatch.h"
+#include "platform/linux/applications/X11WindowReader.h"
 
-#include <QObject>
 #include <QSocketNotifier>
 
 #include <deque>
@@ -19,42 +18,35 @@ namespace quorvane {
 /// of the root window's properties only, works only for those two, and never waits for the server
 /// once it is connected. When the server goes there are no windows, until one is back on the same
 /// display. Main thread only.
-class X11Session final : public QObject {
+class X11WindowList final : public WindowList {
     Q_OBJECT
 
   public:
-    X11Session();
-    ~X11Session() override;
-    X11Session(const X11Session&) = delete;
-    X11Session& operator=(const X11Session&) = delete;
+    X11WindowList();
+    ~X11WindowList() override;
+    X11WindowList(const X11WindowList&) = delete;
+    X11WindowList& operator=(const X11WindowList&) = delete;
 
-    /// Connects, now or as soon as there is a server.
-    void open();
+    void open() override;
 
-    [[nodiscard]] bool isConnected() const { return connection_ != nullptr; }
+    /// Those that the window manager lists, in its order, without those of the X server, of the
+    /// window manager itself and of other machines.
+    [[nodiscard]] std::vector<SessionWindow> windows() const override;
 
-    /// Those that the window manager lists, in its order: oldest first. Those of the X server and
-    /// of the window manager itself have no process.
-    [[nodiscard]] std::vector<SessionWindow> windows() const;
+    /// Managers name one at times that is not complete yet, or that is gone and whose number has
+    /// passed to another.
+    [[nodiscard]] WindowId activeWindow() const override { return WindowId{active_}; }
 
-    /// 0: none. It counts only while it is among the windows: managers name one at times that is
-    /// not complete yet, or that is gone and whose number has passed to another.
-    [[nodiscard]] std::uint32_t activeWindow() const { return active_; }
+    /// Iconifies it.
+    void hide(WindowId window) override;
 
-    void iconify(std::uint32_t window);
-
-    /// Asks the window to close, as its user would.
-    void close(std::uint32_t window);
+    void close(WindowId window) override;
+    [[nodiscard]] Result<Done> tellsFront() const override;
+    [[nodiscard]] Result<Done> canHide() const override;
+    [[nodiscard]] QString leavesOut() const override;
 
     /// How many times the server has woken this program.
     [[nodiscard]] std::uint64_t wakeUps() const { return wakeUps_; }
-
-  Q_SIGNALS:
-    /// The windows, or the active one, are not what they were.
-    void changed();
-
-    /// There is no server to connect to.
-    void unavailable();
 
   private:
     struct Known {
@@ -100,6 +92,7 @@ class X11Session final : public QObject {
     bool isListStale_ = false;
     bool isActiveStale_ = false;
     bool hasChanged_ = false;
+    bool isXwayland_ = false; ///< a compositor has windows that it does not show to the server
     std::uint64_t wakeUps_ = 0;
 };
 

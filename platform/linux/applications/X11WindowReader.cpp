@@ -1,4 +1,4 @@
-#include "platform/linux/X11WindowReader.h"
+#include "platform/linux/applications/X11WindowReader.h"
 
 #include <QList>
 #include <QString>
@@ -48,8 +48,9 @@ QByteArray asUtf8(const QByteArray& bytes) {
 
 } // namespace
 
-X11WindowReader::X11WindowReader(const X11Connection& connection, xcb_window_t window) {
-    window_.id = window;
+X11WindowReader::X11WindowReader(const X11Connection& connection, xcb_window_t window)
+    : id_(window) {
+    window_.id = WindowId{window};
     const auto ask = [&](Property property, xcb_atom_t atom, std::uint32_t length) {
         sequences_.at(property) = ::xcb_get_property(connection.xcb(), 0, window, atom,
                                                      XCB_GET_PROPERTY_TYPE_ANY, 0, length)

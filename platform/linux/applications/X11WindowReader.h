@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/SessionWindow.h"
-#include "platform/linux/X11Connection.h"
+#include "platform/linux/applications/SessionWindow.h"
+#include "platform/linux/applications/X11Connection.h"
 
 #include <QByteArray>
 
@@ -21,6 +21,8 @@ class X11WindowReader {
 
     /// Takes what has come. Returns whether that was the last.
     [[nodiscard]] bool poll(const X11Connection& connection);
+
+    [[nodiscard]] xcb_window_t id() const { return id_; }
 
     /// Complete once `poll` has returned true.
     [[nodiscard]] const SessionWindow& window() const { return window_; }
@@ -45,6 +47,7 @@ class X11WindowReader {
     void takeState(const X11Connection& connection, const xcb_get_property_reply_t* reply);
     void decideProcess();
 
+    xcb_window_t id_;
     std::array<unsigned, Count> sequences_{}; ///< 0: was not asked for
     std::size_t next_ = 0;
     SessionWindow window_;

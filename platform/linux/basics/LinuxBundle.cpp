@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxBundle.h"
+#include "platform/linux/basics/LinuxBundle.h"
 
-#include "core/PropertyList.h"
+#include "plist/PropertyList.h"
 
 #include <QCoreApplication>
 #include <QDir>

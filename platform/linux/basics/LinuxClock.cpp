@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxClock.h"
+#include "platform/linux/basics/LinuxClock.h"
 
 #include <QTimer>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxFiles.h"
+#include "platform/linux/basics/LinuxFiles.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/linux/BoundedFile.h"
+#include "platform/linux/common/BoundedFile.h"
 
 #include <QFile>
 

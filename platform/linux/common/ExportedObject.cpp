@@ -1,4 +1,4 @@
-#include "platform/linux/ExportedObject.h"
+#include "platform/linux/common/ExportedObject.h"
 
 #include <QDBusError>
 #include <QDBusVariant>

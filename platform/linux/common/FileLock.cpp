@@ -1,4 +1,4 @@
-#include "platform/linux/FileLock.h"
+#include "platform/linux/common/FileLock.h"
 
 #include <QDeadlineTimer>
 

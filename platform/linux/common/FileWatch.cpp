@@ -1,6 +1,6 @@
-#include "platform/linux/FileWatch.h"
+#include "platform/linux/common/FileWatch.h"
 
-#include "platform/linux/WholeFile.h"
+#include "platform/linux/common/WholeFile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,8 +1,6 @@
-#include "platform/linux/JournalWriter.h"
+#include "platform/linux/common/JournalWriter.h"
 
-#include "platform/linux/ProcessTable.h"
-
-#include <QFile>
+#include "platform/linux/common/ProcessStat.h"
 
 #include <unistd.h>
 
@@ -10,9 +8,10 @@ namespace quorvane {
 
 namespace {
 
+/// Nothing when the process has ended.
 std::optional<qint64> startTimeOf(qint64 pid) {
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    return stat.open(QIODevice::ReadOnly) ? startTimeFromStat(stat.readAll()) : std::nullopt;
+    const std::optional<ProcessStat> stat = ProcessStat::read(pid);
+    return stat && !stat->hasEnded() ? std::optional(stat->startTime) : std::nullopt;
 }
 
 } // namespace
@@ -24,11 +23,6 @@ JournalWriter JournalWriter::self() {
 
 bool JournalWriter::isAlive() const {
     return startTimeOf(pid) == startTime;
-}
-
-std::optional<qint64> startTimeFromStat(const QByteArray& stat) {
-    const std::optional<Process> process = processFromStat(stat);
-    return process ? std::optional(process->identity.startTime) : std::nullopt;
 }
 
 } // namespace quorvane

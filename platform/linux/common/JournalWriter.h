@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QByteArray>
 #include <QtGlobal>
-
-#include <optional>
 
 namespace quorvane {
 
@@ -21,9 +18,5 @@ struct JournalWriter {
 
     [[nodiscard]] bool operator==(const JournalWriter&) const = default;
 };
-
-/// The start time in the text of a /proc/PID/stat; nothing when the process has ended, or the text
-/// is none of that kind.
-[[nodiscard]] std::optional<qint64> startTimeFromStat(const QByteArray& stat);
 
 } // namespace quorvane

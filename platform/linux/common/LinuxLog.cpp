@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxLog.h"
+#include "platform/linux/common/LinuxLog.h"
 
 #include <cstdio>
 #include <systemd/sd-journal.h>

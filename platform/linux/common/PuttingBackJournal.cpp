@@ -1,6 +1,6 @@
-#include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/common/PuttingBackJournal.h"
 
-#include "platform/linux/FileLock.h"
+#include "platform/linux/common/FileLock.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Log.h"
-#include "platform/linux/JournalWriter.h"
+#include "platform/linux/common/JournalWriter.h"
 
 #include <QByteArray>
 #include <QJsonValue>

@@ -1,4 +1,4 @@
-#include "platform/linux/SysfsAttributes.h"
+#include "platform/linux/common/SysfsAttributes.h"
 
 #include <QFile>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/TerminationSignals.h"
+#include "platform/linux/common/TerminationSignals.h"
 
 #include <csignal>
 #include <sys/signalfd.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/WholeFile.h"
+#include "platform/linux/common/WholeFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/linux/BacklightWriter.h"
+#include "platform/linux/displays/BacklightWriter.h"
 
 #include <QDeadlineTimer>
 

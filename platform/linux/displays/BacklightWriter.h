@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/Log.h"
-#include "platform/linux/Backlights.h"
-#include "platform/linux/LogindBrightness.h"
+#include "platform/linux/displays/Backlights.h"
+#include "platform/linux/displays/LogindBrightness.h"
 
 #include <QDBusConnection>
 #include <QHash>

@@ -1,6 +1,6 @@
-#include "platform/linux/Backlights.h"
+#include "platform/linux/displays/Backlights.h"
 
-#include "platform/linux/SysfsAttributes.h"
+#include "platform/linux/common/SysfsAttributes.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/common/PuttingBackJournal.h"
 
 #include <QString>
 

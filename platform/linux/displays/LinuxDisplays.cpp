@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxDisplays.h"
+#include "platform/linux/displays/LinuxDisplays.h"
 
 #include <algorithm>
 #include <cerrno>

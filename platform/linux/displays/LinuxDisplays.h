@@ -2,10 +2,10 @@
 
 #include "platform/Displays.h"
 #include "platform/Log.h"
-#include "platform/linux/BacklightWriter.h"
-#include "platform/linux/Backlights.h"
-#include "platform/linux/DisplayChange.h"
-#include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/common/PuttingBackJournal.h"
+#include "platform/linux/displays/BacklightWriter.h"
+#include "platform/linux/displays/Backlights.h"
+#include "platform/linux/displays/DisplayChange.h"
 
 #include <QDBusConnection>
 #include <QHash>

@@ -1,12 +1,8 @@
-#include "platform/linux/LogindBrightness.h"
+#include "platform/linux/displays/LogindBrightness.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusError>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
 
 namespace quorvane {
 
@@ -16,47 +12,33 @@ constexpr QLatin1String service("org.freedesktop.login1");
 constexpr QLatin1String ownSession("/org/freedesktop/login1/session/auto");
 constexpr QLatin1String ownUser("/org/freedesktop/login1/user/self");
 
-QDBusMessage method(const QString& path, const QString& interface, const QString& name,
-                    const QVariantList& arguments) {
-    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, name);
-    message.setArguments(arguments);
-    // A logind that has to be started first knows of no session.
-    message.setAutoStartService(false);
-    return message;
+// A logind that has to be started first knows of no session.
+BusCall question(const QString& path, const QString& interface, const QString& method,
+                 const QVariantList& arguments) {
+    return {.service = service,
+            .path = path,
+            .interface = interface,
+            .method = method,
+            .arguments = arguments,
+            .limit = BusCall::usualLimit,
+            .autostart = BusCall::Autostart::No};
 }
 
-QDBusMessage setBrightness(const QString& session, const QString& device, int raw) {
-    return method(session, QStringLiteral("org.freedesktop.login1.Session"),
-                  QStringLiteral("SetBrightness"),
-                  {QStringLiteral("backlight"), device, static_cast<quint32>(raw)});
+BusCall setBrightness(const QString& session, const QString& device, int raw) {
+    return question(session, QStringLiteral("org.freedesktop.login1.Session"),
+                    QStringLiteral("SetBrightness"),
+                    {QStringLiteral("backlight"), device, static_cast<quint32>(raw)});
 }
 
-QString errorOf(const QDBusMessage& reply) {
-    if (reply.type() == QDBusMessage::ReplyMessage) {
-        return {};
-    }
-    return reply.errorMessage().isEmpty() ? reply.errorName() : reply.errorMessage();
-}
-
-/// Whether it was logind that answered, not the bus on behalf of one that is not there.
-bool isFromLogind(const QDBusMessage& reply) {
-    switch (QDBusError(reply).type()) {
-    case QDBusError::ServiceUnknown:
-    case QDBusError::NoReply:
-    case QDBusError::NoServer:
-    case QDBusError::Disconnected:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut:
-        return false;
-    default:
-        return true;
-    }
+QString errorOf(const BusAnswer& answer) {
+    return answer.errorName() == QDBusError::errorString(QDBusError::Disconnected)
+               ? QStringLiteral("there is no system bus")
+               : answer.errorText();
 }
 
 /// The path in the value of User.Display, which is of the type (so); empty when there is none.
-QString displaySession(const QDBusMessage& reply) {
-    const QVariant value = reply.arguments().value(0).value<QDBusVariant>().variant();
-    const auto argument = value.value<QDBusArgument>();
+QString displaySession(const BusAnswer& answer) {
+    const auto argument = answer.property().value<QDBusArgument>();
     if (argument.currentSignature() != QLatin1String("(so)")) {
         return {};
     }
@@ -71,66 +53,37 @@ QString displaySession(const QDBusMessage& reply) {
 } // namespace
 
 LogindBrightness::LogindBrightness(const QDBusConnection& systemBus)
-    : bus_(systemBus), watcher_(service, systemBus, QDBusServiceWatcher::WatchForRegistration) {
+    : calls_(systemBus), watcher_(service, systemBus, QDBusServiceWatcher::WatchForRegistration) {
     connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, &LogindBrightness::appeared);
 }
 
 void LogindBrightness::set(const QString& device, int raw, const Done& done) {
-    call(setBrightness(ownSession, device, raw),
-         [this, device, raw, done](const QDBusMessage& reply) {
-             const QString error = errorOf(reply);
-             if (error.isEmpty() || !isFromLogind(reply)) {
-                 done(error);
-             } else {
-                 askForOtherSession(device, raw, error, done);
-             }
-         });
+    calls_.ask(setBrightness(ownSession, device, raw),
+               [this, device, raw, done](const BusAnswer& answer) {
+                   if (answer.kind() == BusAnswer::Kind::Refused) {
+                       askForOtherSession(device, raw, errorOf(answer), done);
+                   } else {
+                       done(errorOf(answer));
+                   }
+               });
 }
 
 /// A service of the user belongs to no session, and a remote session has no display. The session
 /// that shows on the user's display may set it all the same.
 void LogindBrightness::askForOtherSession(const QString& device, int raw, const QString& error,
                                           const Done& done) {
-    const QDBusMessage query =
-        method(ownUser, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-               {QStringLiteral("org.freedesktop.login1.User"), QStringLiteral("Display")});
-    call(query, [this, device, raw, error, done](const QDBusMessage& reply) {
-        const QString session = displaySession(reply);
+    const BusCall query =
+        question(ownUser, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                 {QStringLiteral("org.freedesktop.login1.User"), QStringLiteral("Display")});
+    calls_.ask(query, [this, device, raw, error, done](const BusAnswer& display) {
+        const QString session = displaySession(display);
         if (session.isEmpty()) {
             done(error);
             return;
         }
-        call(setBrightness(session, device, raw),
-             [done](const QDBusMessage& answer) { done(errorOf(answer)); });
+        calls_.ask(setBrightness(session, device, raw),
+                   [done](const BusAnswer& answer) { done(errorOf(answer)); });
     });
-}
-
-void LogindBrightness::call(const QDBusMessage& message, const Handler& handler) {
-    if (!bus_.isConnected()) { // nothing would ever be heard of the call
-        const auto fail = [handler] {
-            handler(QDBusMessage::createError(QDBusError::Disconnected,
-                                              QStringLiteral("there is no system bus")));
-        };
-        QMetaObject::invokeMethod(this, fail, Qt::QueuedConnection);
-        return;
-    }
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
-    openCalls_.append(watcher);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, handler] {
-        openCalls_.removeOne(watcher);
-        watcher->deleteLater();
-        handler(watcher->reply());
-    });
-}
-
-void LogindBrightness::deliverAnswers() {
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    const QList<QDBusPendingCallWatcher*> calls = openCalls_; // answering may open further ones
-    for (QDBusPendingCallWatcher* const watcher : calls) {
-        if (watcher->isFinished()) {
-            watcher->waitForFinished();
-        }
-    }
 }
 
 } // namespace quorvane

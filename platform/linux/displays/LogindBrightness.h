@@ -1,14 +1,12 @@
 #pragma once
 
+#include "platform/linux/common/BusCalls.h"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
-#include <QList>
 #include <QObject>
 
 #include <functional>
-
-class QDBusMessage;
-class QDBusPendingCallWatcher;
 
 namespace quorvane {
 
@@ -27,21 +25,17 @@ class LogindBrightness final : public QObject {
     void set(const QString& device, int raw, const Done& done);
 
     /// Runs the `done` of every answer that has arrived, without an event loop.
-    void deliverAnswers();
+    void deliverAnswers() { calls_.deliverAnswers(); }
 
   Q_SIGNALS:
     /// logind has started.
     void appeared();
 
   private:
-    using Handler = std::function<void(const QDBusMessage& reply)>;
-
     void askForOtherSession(const QString& device, int raw, const QString& error, const Done& done);
-    void call(const QDBusMessage& message, const Handler& handler);
 
-    QDBusConnection bus_;
+    BusCalls calls_;
     QDBusServiceWatcher watcher_;
-    QList<QDBusPendingCallWatcher*> openCalls_;
 };
 
 } // namespace quorvane

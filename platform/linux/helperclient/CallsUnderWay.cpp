@@ -1,4 +1,4 @@
-#include "platform/linux/CallsUnderWay.h"
+#include "platform/linux/helperclient/CallsUnderWay.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "helper/HelperToolProtocol.h"
-#include "platform/linux/HelperCall.h"
+#include "platform/HelperToolProtocol.h"
+#include "platform/linux/helperclient/HelperCall.h"
 
 #include <QString>
 #include <QVariantList>
@@ -27,9 +27,8 @@ class HelperProxy final : public HelperToolProtocol {
     void disableLowPowerMode(StatusReply reply) override;
 
   private:
-    [[nodiscard]] QDBusMessage message(QLatin1String method,
-                                       const QVariantList& arguments = {}) const;
-    void sendForStatus(const QDBusMessage& message, StatusReply reply);
+    [[nodiscard]] BusCall question(QLatin1String method, const QVariantList& arguments = {}) const;
+    void sendForStatus(const BusCall& question, StatusReply reply);
 
     QString service_;
     Send send_;

@@ -1,6 +1,6 @@
-#include "platform/linux/HelperSession.h"
+#include "platform/linux/helperclient/HelperSession.h"
 
-#include "platform/linux/CallsUnderWay.h"
+#include "platform/linux/helperclient/CallsUnderWay.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/HelperCall.h"
-#include "platform/linux/HelperWorker.h"
+#include "platform/linux/helperclient/HelperCall.h"
+#include "platform/linux/helperclient/HelperWorker.h"
 
 #include <QDBusConnection>
 #include <QThread>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/linux/HelperCall.h"
+#include "platform/linux/common/BusCalls.h"
+#include "platform/linux/helperclient/HelperCall.h"
 
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
@@ -42,11 +43,12 @@ class HelperWorker final : public QObject {
     enum class Attempt { First, Second };
 
     void send(HelperCall call, Attempt attempt);
-    void answered(const HelperCall& call, Attempt attempt, const QDBusMessage& answer);
+    void answered(const HelperCall& call, Attempt attempt, const BusAnswer& answer);
     void helperLeft();
     void invalidateIfDue();
 
     QDBusConnection bus_;
+    BusCalls calls_; ///< a child, so that it goes to the thread too
     QString service_;
     Listener listener_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;

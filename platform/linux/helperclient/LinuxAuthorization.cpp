@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxAuthorization.h"
+#include "platform/linux/helperclient/LinuxAuthorization.h"
 
-#include "platform/linux/ChildSignals.h"
+#include "platform/linux/processes/ChildSignals.h"
 
 #include <QFileInfo>
 #include <QProcess>

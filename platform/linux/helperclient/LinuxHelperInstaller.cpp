@@ -1,11 +1,9 @@
-#include "platform/linux/LinuxHelperInstaller.h"
+#include "platform/linux/helperclient/LinuxHelperInstaller.h"
 
-#include "platform/linux/ChildSignals.h"
-#include "platform/linux/HelperNames.h"
-#include "platform/linux/OneLine.h"
+#include "platform/linux/common/HelperNames.h"
+#include "platform/linux/helperclient/OneLine.h"
+#include "platform/linux/processes/ChildSignals.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -39,7 +37,7 @@ QString lastWords(const QByteArray& output) {
 } // namespace
 
 LinuxHelperInstaller::LinuxHelperInstaller(const QDBusConnection& systemBus, Places places)
-    : bus_(systemBus), places_(std::move(places)) {}
+    : bus_(systemBus), calls_(systemBus), places_(std::move(places)) {}
 
 LinuxHelperInstaller::~LinuxHelperInstaller() {
     if (!process_) {
@@ -146,18 +144,12 @@ std::optional<QString> LinuxHelperInstaller::objection() const {
 // pkexec without polkit would wait for it in vain; and whoever runs this on a bus of his own does
 // not want to be asked for his password.
 void LinuxHelperInstaller::askForPolkit(const QString& list, const QString& otherList) {
-    const QDBusMessage question = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), list);
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, otherList] {
-        watcher->deleteLater();
-        polkitNames(watcher->reply(), otherList);
-    });
+    calls_.ask(BusCall::toBus(list, {}, BusCall::usualLimit),
+               [this, otherList](const BusAnswer& names) { polkitNames(names, otherList); });
 }
 
-void LinuxHelperInstaller::polkitNames(const QDBusMessage& reply, const QString& otherList) {
-    if (reply.arguments().value(0).toStringList().contains(polkitService)) {
+void LinuxHelperInstaller::polkitNames(const BusAnswer& names, const QString& otherList) {
+    if (names.value().toStringList().contains(polkitService)) {
         run();
     } else if (!otherList.isEmpty()) {
         askForPolkit(otherList, {});

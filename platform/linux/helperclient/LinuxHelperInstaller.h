@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/HelperInstaller.h"
+#include "platform/linux/common/BusCalls.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -12,8 +13,6 @@
 #include <deque>
 #include <optional>
 #include <vector>
-
-class QDBusMessage;
 
 namespace quorvane {
 
@@ -73,12 +72,13 @@ class LinuxHelperInstaller final : public QObject, public HelperInstaller {
     [[nodiscard]] std::optional<QString> objection() const;
     [[nodiscard]] bool exists(const QString& folder) const;
     void askForPolkit(const QString& list, const QString& otherList);
-    void polkitNames(const QDBusMessage& reply, const QString& otherList);
+    void polkitNames(const BusAnswer& names, const QString& otherList);
     void run();
     void processEnded(int exitCode, QProcess::ExitStatus exitStatus);
     void end(const std::optional<QString>& error);
 
     QDBusConnection bus_;
+    BusCalls calls_;
     Places places_;
     std::deque<Change> changes_; ///< the first one is under way once `isRunning_`
     bool isRunning_ = false;

@@ -1,9 +1,9 @@
-#include "platform/linux/LinuxHelperTransport.h"
+#include "platform/linux/helperclient/LinuxHelperTransport.h"
 
-#include "core/MainQueue.h"
-#include "platform/linux/CallsUnderWay.h"
-#include "platform/linux/HelperProxy.h"
-#include "platform/linux/HelperSession.h"
+#include "platform/MainQueue.h"
+#include "platform/linux/helperclient/CallsUnderWay.h"
+#include "platform/linux/helperclient/HelperProxy.h"
+#include "platform/linux/helperclient/HelperSession.h"
 
 #include <QPointer>
 

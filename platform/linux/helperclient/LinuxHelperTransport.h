@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/HelperTransport.h"
-#include "platform/linux/HelperCall.h"
+#include "platform/linux/helperclient/HelperCall.h"
 
 #include <QDBusConnection>
 #include <QObject>

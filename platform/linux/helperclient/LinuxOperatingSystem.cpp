@@ -1,14 +1,14 @@
-#include "platform/linux/LinuxOperatingSystem.h"
+#include "platform/linux/helperclient/LinuxOperatingSystem.h"
 
-#include "platform/linux/PowerProfilesNames.h"
-#include "platform/linux/TurboSwitchPaths.h"
+#include "platform/linux/common/BusCalls.h"
+#include "platform/linux/common/PowerProfilesNames.h"
+#include "platform/linux/common/TurboSwitchPaths.h"
 
-#include <QDBusMessage>
-#include <QDBusPendingCall>
 #include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <chrono>
 #include <sys/utsname.h>
 #include <utility>
 
@@ -17,19 +17,9 @@ namespace quorvane {
 namespace {
 
 // Of the bus itself, which answers in far less than a millisecond or has a reason not to.
-constexpr int busPatience = 500; // milliseconds
+constexpr std::chrono::milliseconds busPatience{500};
 
-QDBusPendingCall askBusFor(const QDBusConnection& bus, const char* list) {
-    return bus.asyncCall(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                                        QStringLiteral("/org/freedesktop/DBus"),
-                                                        QStringLiteral("org.freedesktop.DBus"),
-                                                        QString::fromLatin1(list)),
-                         busPatience);
-}
-
-bool namesProfileService(QDBusPendingCall call) {
-    call.waitForFinished();
-    const QStringList names = call.reply().arguments().value(0).toStringList();
+bool namesProfileService(const QStringList& names) {
     return std::any_of(
         powerprofiles::places.begin(), powerprofiles::places.end(),
         [&names](const powerprofiles::Place& each) { return names.contains(each.name); });
@@ -59,12 +49,16 @@ bool LinuxOperatingSystem::hasTurboSwitch() const {
 }
 
 bool LinuxOperatingSystem::hasPowerProfiles() const {
-    if (!bus_.isConnected()) {
-        return false;
+    bool isThere = false;
+    BusCalls calls(bus_);
+    for (const char* const list : {"ListNames", "ListActivatableNames"}) {
+        calls.ask(BusCall::toBus(QLatin1String(list), {}, busPatience),
+                  [&isThere](const BusAnswer& names) {
+                      isThere = isThere || namesProfileService(names.value().toStringList());
+                  });
     }
-    const QDBusPendingCall owned = askBusFor(bus_, "ListNames");
-    const QDBusPendingCall activatable = askBusFor(bus_, "ListActivatableNames");
-    return namesProfileService(owned) || namesProfileService(activatable);
+    calls.waitForAnswers();
+    return isThere;
 }
 
 std::optional<QString> LinuxOperatingSystem::machine() const {

@@ -1,4 +1,4 @@
-#include "apps/kextstat/LoadedExtensions.h"
+#include "platform/linux/helperclient/LoadedExtensions.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/linux/OneLine.h"
+#include "platform/linux/helperclient/OneLine.h"
 
 namespace quorvane {
 

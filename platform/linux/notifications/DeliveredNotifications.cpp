@@ -1,4 +1,4 @@
-#include "platform/linux/DeliveredNotifications.h"
+#include "platform/linux/notifications/DeliveredNotifications.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxUserNotifications.h"
+#include "platform/linux/notifications/LinuxUserNotifications.h"
 
 #include <QCoreApplication>
 #include <QEvent>

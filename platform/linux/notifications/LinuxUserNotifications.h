@@ -2,8 +2,8 @@
 
 #include "platform/Log.h"
 #include "platform/UserNotifications.h"
-#include "platform/linux/DeliveredNotifications.h"
-#include "platform/linux/NotificationServer.h"
+#include "platform/linux/notifications/DeliveredNotifications.h"
+#include "platform/linux/notifications/NotificationServer.h"
 
 #include <QDBusConnection>
 #include <QString>

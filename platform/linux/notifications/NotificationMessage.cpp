@@ -1,6 +1,6 @@
-#include "platform/linux/NotificationMessage.h"
+#include "platform/linux/notifications/NotificationMessage.h"
 
-#include "platform/linux/NotificationText.h"
+#include "platform/linux/notifications/NotificationText.h"
 
 #include <QStringList>
 

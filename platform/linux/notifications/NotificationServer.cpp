@@ -1,12 +1,7 @@
-#include "platform/linux/NotificationServer.h"
+#include "platform/linux/notifications/NotificationServer.h"
 
-#include <QDBusError>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QMetaObject>
 #include <QStringList>
 
-#include <limits>
 #include <utility>
 
 namespace quorvane {
@@ -16,24 +11,23 @@ namespace {
 constexpr QLatin1String serverName("org.freedesktop.Notifications");
 constexpr QLatin1String serverPath("/org/freedesktop/Notifications");
 constexpr QLatin1String serverInterface("org.freedesktop.Notifications");
-constexpr int noTimeout = std::numeric_limits<int>::max(); // as D-Bus has it
 
-QDBusMessage serverCall(const QString& owner, QLatin1String method) {
-    return QDBusMessage::createMethodCall(owner, serverPath, serverInterface, method);
-}
-
-QDBusMessage busCall(QLatin1String method) {
-    return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
-                                          QStringLiteral("/org/freedesktop/DBus"),
-                                          QStringLiteral("org.freedesktop.DBus"), method);
+BusCall serverCall(const QString& owner, const QString& method, const QVariantList& arguments,
+                   std::chrono::milliseconds limit) {
+    return {.service = owner,
+            .path = serverPath,
+            .interface = serverInterface,
+            .method = method,
+            .arguments = arguments,
+            .limit = limit};
 }
 
 } // namespace
 
 NotificationServer::NotificationServer(const QDBusConnection& bus,
                                        std::chrono::milliseconds patience)
-    : bus_(bus), watcher_(serverName, bus, QDBusServiceWatcher::WatchForOwnerChange),
-      timeout_(static_cast<int>(patience.count())) {
+    : bus_(bus), calls_(bus), watcher_(serverName, bus, QDBusServiceWatcher::WatchForOwnerChange),
+      patience_(patience) {
     connect(
         &watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](const QString&, const QString&, const QString& newOwner) { changeOwner(newOwner); });
@@ -62,47 +56,46 @@ void NotificationServer::changeOwner(const QString& newOwner) {
 // Nobody announces a server that was running before this object watched for one.
 void NotificationServer::lookUpOwner() {
     state_ = State::Searching;
-    QDBusMessage message = busCall(QLatin1String("GetNameOwner"));
-    message << QString(serverName);
-    call(message, timeout_, [this](const QDBusPendingReply<QString>& reply) {
-        if (state_ != State::Searching) {
-            return; // a server has appeared meanwhile
-        }
-        if (reply.isError()) {
-            start();
-        } else {
-            changeOwner(reply.value());
-        }
-    });
+    calls_.ask(BusCall::toBus(QStringLiteral("GetNameOwner"), {QString(serverName)}, patience_),
+               [this](const BusAnswer& owner) {
+                   if (state_ != State::Searching) {
+                       return; // a server has appeared meanwhile
+                   }
+                   if (owner.isReply()) {
+                       changeOwner(owner.value().toString());
+                   } else {
+                       start();
+                   }
+               });
 }
 
 // Only when there is none: the bus does not know a server that runs without being installed as a
 // service. One that it starts is announced like any other.
 void NotificationServer::start() {
-    QDBusMessage message = busCall(QLatin1String("StartServiceByName"));
-    message << QString(serverName) << 0U;
-    call(message, timeout_, [this](const QDBusPendingReply<uint>& reply) {
-        if (state_ == State::Searching && reply.isError()) {
-            state_ = State::Absent;
-            Q_EMIT unreachable(reply.error().name());
-        }
-    });
+    calls_.ask(
+        BusCall::toBus(QStringLiteral("StartServiceByName"), {QString(serverName), 0U}, patience_),
+        [this](const BusAnswer& started) {
+            if (state_ == State::Searching && !started.isReply()) {
+                state_ = State::Absent;
+                Q_EMIT unreachable(started.errorName());
+            }
+        });
 }
 
 void NotificationServer::askCapabilities() {
     state_ = State::Asking;
-    call(serverCall(owner_, QLatin1String("GetCapabilities")), timeout_,
-         [this, asked = owner_](const QDBusPendingReply<QStringList>& reply) {
-             if (state_ != State::Asking || asked != owner_) {
-                 return;
-             }
-             const QStringList names = reply.isError() ? QStringList() : reply.value();
-             capabilities_ = {names.contains(QLatin1String("actions")),
-                              names.contains(QLatin1String("body-markup"))};
-             listen(owner_);
-             state_ = State::Ready;
-             Q_EMIT ready();
-         });
+    calls_.ask(serverCall(owner_, QStringLiteral("GetCapabilities"), {}, patience_),
+               [this, asked = owner_](const BusAnswer& answer) {
+                   if (state_ != State::Asking || asked != owner_) {
+                       return;
+                   }
+                   const QStringList names = answer.value().toStringList();
+                   capabilities_ = {names.contains(QLatin1String("actions")),
+                                    names.contains(QLatin1String("body-markup"))};
+                   listen(owner_);
+                   state_ = State::Ready;
+                   Q_EMIT ready();
+               });
 }
 
 // A match on the unique name: neither other programs that imitate a server nor, as long as nothing
@@ -123,41 +116,19 @@ void NotificationServer::stopListening(const QString& owner) {
 
 void NotificationServer::notify(const UserNotification& notification, uint replacesId,
                                 std::function<void(const Answer&)> answered) {
-    QDBusMessage message = serverCall(owner_, QLatin1String("Notify"));
-    message.setArguments(notifyArguments(notification, capabilities_, replacesId));
-    call(message, noTimeout,
-         [answered = std::move(answered)](const QDBusPendingReply<uint>& reply) {
-             answered(reply.isError() ? Answer{0, reply.error().name()}
-                                      : Answer{reply.value(), QString()});
-         });
+    calls_.ask(serverCall(owner_, QStringLiteral("Notify"),
+                          notifyArguments(notification, capabilities_, replacesId),
+                          BusCall::noLimit),
+               [answered = std::move(answered)](const BusAnswer& answer) {
+                   const Result<QVariant> id = answer.valueOf(QLatin1String("u"));
+                   answered(id ? Answer{id->toUInt(), {}} : Answer{0, id.error()});
+               });
 }
 
 // The answer tells nothing, but that it came tells that the message went out.
 void NotificationServer::close(const QString& owner, uint id) {
-    QDBusMessage message = serverCall(owner, QLatin1String("CloseNotification"));
-    message << id;
-    call(message, timeout_, [](const QDBusPendingCall&) {});
-}
-
-void NotificationServer::call(const QDBusMessage& message, int timeout, ReplyHandler handler) {
-    ++outstandingCalls_;
-    const auto finish = [this, handler = std::move(handler)](const QDBusPendingCall& call) {
-        handler(call);
-        --outstandingCalls_;
-    };
-    const QDBusPendingCall pending = bus_.asyncCall(message, timeout);
-    if (pending.isFinished()) {
-        // Without a bus there is nothing that a watcher would ever hear of.
-        QMetaObject::invokeMethod(
-            this, [finish, pending] { finish(pending); }, Qt::QueuedConnection);
-        return;
-    }
-    auto* watcher = new QDBusPendingCallWatcher(pending, this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [finish](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                finish(*finished);
-            });
+    calls_.ask(serverCall(owner, QStringLiteral("CloseNotification"), {id}, patience_),
+               [](const BusAnswer&) {});
 }
 
 } // namespace quorvane

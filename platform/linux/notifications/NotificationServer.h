@@ -1,10 +1,9 @@
 #pragma once
 
-#include "platform/linux/NotificationMessage.h"
+#include "platform/linux/common/BusCalls.h"
+#include "platform/linux/notifications/NotificationMessage.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
@@ -50,7 +49,7 @@ class NotificationServer final : public QObject {
     void close(const QString& owner, uint id);
 
     /// Whether every call has been answered.
-    [[nodiscard]] bool isIdle() const { return outstandingCalls_ == 0; }
+    [[nodiscard]] bool isIdle() const { return calls_.open() == 0; }
 
   Q_SIGNALS:
     /// There is a (new) server. Nothing is known about it before the next `find`.
@@ -66,7 +65,6 @@ class NotificationServer final : public QObject {
 
   private:
     enum class State { Absent, Searching, Present, Asking, Ready };
-    using ReplyHandler = std::function<void(const QDBusPendingCall&)>;
 
     Q_SLOT void receiveActionInvoked(uint id, const QString& key) { Q_EMIT actionInvoked(id, key); }
 
@@ -78,15 +76,14 @@ class NotificationServer final : public QObject {
     void askCapabilities();
     void listen(const QString& owner);
     void stopListening(const QString& owner);
-    void call(const QDBusMessage& message, int timeout, ReplyHandler handler);
 
     QDBusConnection bus_;
+    BusCalls calls_;
     QDBusServiceWatcher watcher_;
-    int timeout_; // milliseconds
+    std::chrono::milliseconds patience_;
     State state_ = State::Absent;
     QString owner_;
     NotificationCapabilities capabilities_;
-    int outstandingCalls_ = 0;
 };
 
 } // namespace quorvane

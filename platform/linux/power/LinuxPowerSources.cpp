@@ -1,43 +1,38 @@
-#include "platform/linux/LinuxPowerSources.h"
+#include "platform/linux/power/LinuxPowerSources.h"
 
-#include "platform/linux/PowerSupplyMonitor.h"
+#include "platform/linux/power/PowerSupplyMonitor.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace quorvane {
 
-bool LinuxPowerSources::Figures::operator==(const Figures& other) const {
-    const auto sameSource = [](const PowerSource& one, const PowerSource& two) {
-        return one.isPresent == two.isPresent && one.currentCapacity == two.currentCapacity &&
-               one.maxCapacity == two.maxCapacity;
-    };
-    return timeRemaining == other.timeRemaining && batteries == other.batteries &&
-           std::equal(sources.begin(), sources.end(), other.sources.begin(), other.sources.end(),
-                      sameSource);
+namespace {
+
+PowerReading readingOf(const PowerState& state) {
+    return {combinedSources(state), combinedTimeRemaining(state)};
 }
+
+} // namespace
 
 LinuxPowerSources::LinuxPowerSources(const QDBusConnection& systemBus, LogSink& log,
                                      const QString& sysfsRoot)
     : log_(log), supplies_(sysfsRoot), uPower_(systemBus) {
     connect(&uPower_, &UPowerSource::changed, this, &LinuxPowerSources::uPowerChanged);
-    uPowerChanged();
+    takeUPowersState();
     announced_ = figures();
 }
 
 LinuxPowerSources::~LinuxPowerSources() = default;
 
-std::vector<PowerSource> LinuxPowerSources::list() const {
-    return combinedSources(state());
-}
-
-double LinuxPowerSources::timeRemainingEstimate() const {
-    return combinedTimeRemaining(state());
+PowerReading LinuxPowerSources::reading() const {
+    return readingOf(state());
 }
 
 std::optional<QVariantMap> LinuxPowerSources::advancedBatteryInfo() const {
     return firstBatteryFacts(state());
 }
 
+/// Without UPower each call is a look at /sys.
 PowerState LinuxPowerSources::state() const {
     if (uPower_.isReady()) {
         return lastFromUPower_;
@@ -49,15 +44,19 @@ PowerState LinuxPowerSources::state() const {
 
 LinuxPowerSources::Figures LinuxPowerSources::figures() const {
     const PowerState now = state();
-    return {combinedSources(now), combinedTimeRemaining(now), now.batteries.size()};
+    return {readingOf(now), now.batteries.size()};
 }
 
 void LinuxPowerSources::uPowerChanged() {
+    takeUPowersState();
+    scheduleAnnouncement();
+}
+
+void LinuxPowerSources::takeUPowersState() {
     if (uPower_.isReady()) {
         lastFromUPower_ = uPower_.state();
     }
     watchSuppliesWhileNeeded();
-    scheduleAnnouncement();
 }
 
 void LinuxPowerSources::watchSuppliesWhileNeeded() {
@@ -94,7 +93,9 @@ void LinuxPowerSources::announceIfChanged() {
         return;
     }
     announced_ = std::move(now);
-    Q_EMIT changed();
+    // A copy: who is told may let the main loop run, and with it the next announcement.
+    const PowerReading reading = announced_.reading;
+    Q_EMIT changed(reading);
 }
 
 } // namespace quorvane

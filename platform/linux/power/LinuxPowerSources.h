@@ -2,9 +2,9 @@
 
 #include "platform/Log.h"
 #include "platform/PowerSources.h"
-#include "platform/linux/PowerState.h"
-#include "platform/linux/SysfsPowerSupplies.h"
-#include "platform/linux/UPowerSource.h"
+#include "platform/linux/power/PowerState.h"
+#include "platform/linux/power/SysfsPowerSupplies.h"
+#include "platform/linux/power/UPowerSource.h"
 
 #include <QDBusConnection>
 
@@ -26,23 +26,23 @@ class LinuxPowerSources final : public PowerSources {
     LinuxPowerSources(const LinuxPowerSources&) = delete;
     LinuxPowerSources& operator=(const LinuxPowerSources&) = delete;
 
-    [[nodiscard]] std::vector<PowerSource> list() const override;
-    [[nodiscard]] double timeRemainingEstimate() const override;
+    [[nodiscard]] PowerReading reading() const override;
     [[nodiscard]] std::optional<QVariantMap> advancedBatteryInfo() const override;
 
   private:
-    /// What an observer could tell apart.
+    /// What is announced when it changes. A battery that comes or goes is news also where the
+    /// reading is the same with it.
     struct Figures {
-        std::vector<PowerSource> sources;
-        double timeRemaining = timeRemainingUnlimited;
+        PowerReading reading;
         std::size_t batteries = 0;
 
-        [[nodiscard]] bool operator==(const Figures& other) const;
+        bool operator==(const Figures&) const = default;
     };
 
     [[nodiscard]] PowerState state() const;
     [[nodiscard]] Figures figures() const;
     void uPowerChanged();
+    void takeUPowersState();
     void watchSuppliesWhileNeeded();
     void scheduleAnnouncement();
     void announceIfChanged();

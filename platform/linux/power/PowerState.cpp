@@ -1,4 +1,4 @@
-#include "platform/linux/PowerState.h"
+#include "platform/linux/power/PowerState.h"
 
 #include <algorithm>
 #include <cmath>

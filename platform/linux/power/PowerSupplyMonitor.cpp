@@ -1,4 +1,4 @@
-#include "platform/linux/PowerSupplyMonitor.h"
+#include "platform/linux/power/PowerSupplyMonitor.h"
 
 #include <QSocketNotifier>
 

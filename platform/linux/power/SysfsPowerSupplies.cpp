@@ -1,6 +1,6 @@
-#include "platform/linux/SysfsPowerSupplies.h"
+#include "platform/linux/power/SysfsPowerSupplies.h"
 
-#include "platform/linux/SysfsAttributes.h"
+#include "platform/linux/common/SysfsAttributes.h"
 
 #include <QDir>
 

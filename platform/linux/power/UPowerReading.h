@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/PowerState.h"
+#include "platform/linux/power/PowerState.h"
 
 #include <QVariantMap>
 

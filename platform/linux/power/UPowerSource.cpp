@@ -1,16 +1,13 @@
-#include "platform/linux/UPowerSource.h"
+#include "platform/linux/power/UPowerSource.h"
 
-#include "platform/linux/UPowerReading.h"
+#include "platform/linux/power/UPowerReading.h"
 
 #include <QDBusArgument>
-#include <QDBusError>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 
 #include <algorithm>
 #include <chrono>
-#include <limits>
 
 namespace quorvane {
 
@@ -18,23 +15,11 @@ namespace {
 
 constexpr std::chrono::milliseconds initialPatience{500};
 
-// D-Bus knows this number as "no time limit". An answer that takes long is still wanted, and when
-// the service leaves, the bus itself answers.
-constexpr int noTimeLimit = std::numeric_limits<int>::max();
-
 constexpr QLatin1String service("org.freedesktop.UPower");
 constexpr QLatin1String daemonPath("/org/freedesktop/UPower");
 constexpr QLatin1String daemonInterface("org.freedesktop.UPower");
 constexpr QLatin1String deviceInterface("org.freedesktop.UPower.Device");
 constexpr QLatin1String propertiesInterface("org.freedesktop.DBus.Properties");
-
-QDBusMessage busCall(const QString& method, const QVariantList& arguments) {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), method);
-    call.setArguments(arguments);
-    return call;
-}
 
 /// The argument as a{sv}, or nothing when it is of another type.
 std::optional<QVariantMap> propertyMap(const QDBusMessage& message, qsizetype index) {
@@ -77,7 +62,8 @@ bool applyChange(const QDBusMessage& propertiesChanged, QVariantMap& properties)
 } // namespace
 
 UPowerSource::UPowerSource(const QDBusConnection& systemBus)
-    : bus_(systemBus), watcher_(service, systemBus, QDBusServiceWatcher::WatchForOwnerChange) {
+    : bus_(systemBus), calls_(systemBus),
+      watcher_(service, systemBus, QDBusServiceWatcher::WatchForOwnerChange) {
     connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*name*/, const QString& /*oldOwner*/, const QString& newOwner) {
                 setOwner(newOwner);
@@ -87,28 +73,21 @@ UPowerSource::UPowerSource(const QDBusConnection& systemBus)
 
 void UPowerSource::readOrStart() {
     patience_ = QDeadlineTimer(initialPatience);
-    const QDBusMessage owner =
-        bus_.call(busCall(QStringLiteral("GetNameOwner"), {QString(service)}), QDBus::Block,
-                  static_cast<int>(patience_->remainingTime()));
-    if (owner.type() == QDBusMessage::ReplyMessage) {
-        setOwner(owner.arguments().value(0).toString());
-        waitForAnswers();
+    const BusAnswer owner = BusCalls::askAndWait(
+        bus_, BusCall::toBus(QStringLiteral("GetNameOwner"), {QString(service)}, initialPatience));
+    if (owner.isReply()) {
+        setOwner(owner.value().toString());
+        calls_.waitForAnswers(); // each has a limit now
     } else {
-        bus_.asyncCall(
-            busCall(QStringLiteral("StartServiceByName"), {QString(service), quint32(0)}));
+        calls_.ask(BusCall::toBus(QStringLiteral("StartServiceByName"),
+                                  {QString(service), quint32(0)}, BusCall::usualLimit),
+                   [](const BusAnswer&) {});
     }
     patience_.reset();
     if (someAnswerWasLate_) {
         const QString sameOwner = owner_;
         forgetOwner();
         setOwner(sameOwner);
-    }
-}
-
-/// Every call of this phase has a time limit, so every wait ends.
-void UPowerSource::waitForAnswers() {
-    while (!openCalls_.isEmpty()) {
-        openCalls_.first()->waitForFinished();
     }
 }
 
@@ -129,8 +108,7 @@ void UPowerSource::forgetOwner() {
     if (owner_.isEmpty()) {
         return;
     }
-    qDeleteAll(openCalls_);
-    openCalls_.clear();
+    calls_.forget();
     for (auto device = devices_.keyBegin(); device != devices_.keyEnd(); ++device) {
         subscribeDevice(*device, false);
     }
@@ -144,19 +122,19 @@ void UPowerSource::forgetOwner() {
 void UPowerSource::readAll() {
     readDaemon();
     ask(daemonPath, daemonInterface, QStringLiteral("EnumerateDevices"), {},
-        [this](const QDBusMessage& reply) {
-            for (const QString& path : objectPaths(reply)) {
+        [this](const BusAnswer& answer) {
+            for (const QString& path : objectPaths(answer.message())) {
                 addDevice(path);
             }
-            devicesAreListed_ = reply.type() == QDBusMessage::ReplyMessage;
+            devicesAreListed_ = answer.isReply();
             checkReady();
         });
 }
 
 void UPowerSource::readDaemon() {
     ask(daemonPath, propertiesInterface, QStringLiteral("GetAll"), {QString(daemonInterface)},
-        [this](const QDBusMessage& reply) {
-            daemon_ = propertyMap(reply, 0).value_or(daemon_);
+        [this](const BusAnswer& answer) {
+            daemon_ = propertyMap(answer.message(), 0).value_or(daemon_);
             daemonIsRead_ = onBattery().has_value();
             checkReady();
         });
@@ -174,18 +152,18 @@ void UPowerSource::addDevice(const QString& path) {
 
 void UPowerSource::readDevice(const QString& path) {
     ask(path, propertiesInterface, QStringLiteral("GetAll"), {QString(deviceInterface)},
-        [this, path](const QDBusMessage& reply) {
-            takeDevice(path, reply);
+        [this, path](const BusAnswer& answer) {
+            takeDevice(path, answer);
             checkReady();
         });
 }
 
-void UPowerSource::takeDevice(const QString& path, const QDBusMessage& reply) {
+void UPowerSource::takeDevice(const QString& path, const BusAnswer& answer) {
     const auto device = devices_.find(path);
     if (device == devices_.end()) {
         return; // removed in the meantime
     }
-    const std::optional<QVariantMap> properties = propertyMap(reply, 0);
+    const std::optional<QVariantMap> properties = propertyMap(answer.message(), 0);
     if (!properties || !powersTheMachine(*properties)) {
         dropDevice(path);
         return;
@@ -256,19 +234,20 @@ void UPowerSource::deviceRemoved(const QDBusMessage& signal) {
 }
 
 void UPowerSource::ask(const QString& path, const QString& interface, const QString& method,
-                       const QVariantList& arguments, const Handler& handler) {
-    QDBusMessage call = QDBusMessage::createMethodCall(owner_, path, interface, method);
-    call.setArguments(arguments);
-    const int timeLimit =
-        patience_ ? std::max(1, static_cast<int>(patience_->remainingTime())) : noTimeLimit;
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, timeLimit), this);
-    openCalls_.append(watcher);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, handler] {
-        openCalls_.removeOne(watcher);
-        watcher->deleteLater();
-        someAnswerWasLate_ |= patience_ && watcher->error().type() == QDBusError::NoReply;
-        handler(watcher->reply());
-    });
+                       const QVariantList& arguments, const BusCalls::Answered& answered) {
+    // An answer that takes long is still wanted, only not waited for.
+    const std::chrono::milliseconds limit =
+        patience_ ? std::chrono::milliseconds(patience_->remainingTime()) : BusCall::noLimit;
+    calls_.ask({.service = owner_,
+                .path = path,
+                .interface = interface,
+                .method = method,
+                .arguments = arguments,
+                .limit = limit},
+               [this, answered](const BusAnswer& answer) {
+                   someAnswerWasLate_ |= patience_ && answer.kind() == BusAnswer::Kind::Unanswered;
+                   answered(answer);
+               });
 }
 
 void UPowerSource::subscribe(bool on) {

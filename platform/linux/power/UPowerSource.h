@@ -1,18 +1,16 @@
 #pragma once
 
-#include "platform/linux/PowerState.h"
+#include "platform/linux/common/BusCalls.h"
+#include "platform/linux/power/PowerState.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QDeadlineTimer>
-#include <QList>
 #include <QMap>
 #include <QObject>
 
-#include <functional>
-
-class QDBusPendingCallWatcher;
+#include <optional>
 
 namespace quorvane {
 
@@ -38,8 +36,6 @@ class UPowerSource final : public QObject {
     void changed();
 
   private:
-    using Handler = std::function<void(const QDBusMessage& reply)>;
-
     struct Device {
         QVariantMap properties;
         bool isRead = false; ///< `properties` is complete
@@ -51,23 +47,23 @@ class UPowerSource final : public QObject {
     Q_SLOT void deviceRemoved(const QDBusMessage& signal);
 
     void readOrStart();
-    void waitForAnswers();
     void setOwner(const QString& owner);
     void forgetOwner();
     void readAll();
     void readDaemon();
     void readDevice(const QString& path);
-    void takeDevice(const QString& path, const QDBusMessage& reply);
+    void takeDevice(const QString& path, const BusAnswer& answer);
     void addDevice(const QString& path);
     void dropDevice(const QString& path);
     void checkReady();
     [[nodiscard]] std::optional<bool> onBattery() const;
     void ask(const QString& path, const QString& interface, const QString& method,
-             const QVariantList& arguments, const Handler& handler);
+             const QVariantList& arguments, const BusCalls::Answered& answered);
     void subscribe(bool on);
     void subscribeDevice(const QString& path, bool on);
 
     QDBusConnection bus_;
+    BusCalls calls_;
     QDBusServiceWatcher watcher_;
     QString owner_; ///< unique bus name of the running UPower, empty while there is none
     bool isReady_ = false;
@@ -75,7 +71,6 @@ class UPowerSource final : public QObject {
     bool devicesAreListed_ = false;
     QVariantMap daemon_;
     QMap<QString, Device> devices_; ///< by object path; only the machine's own and unread ones
-    QList<QDBusPendingCallWatcher*> openCalls_;
     std::optional<QDeadlineTimer> patience_; ///< only while the constructor waits
     bool someAnswerWasLate_ = false;
 };

@@ -1,4 +1,4 @@
-#include "platform/linux/ApplicationProcesses.h"
+#include "platform/linux/processes/ApplicationProcesses.h"
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@ ApplicationProcesses::ApplicationProcesses(const ProcessTable& table, std::int32
         return;
     }
     others_.erase(main);
-    std::map<std::int32_t, QString> candidates = descendants();
+    std::map<std::int32_t, QByteArray> candidates = descendants();
     if (isUnitItsOwn()) {
         candidates.merge(membersOfUnit(unit_));
     }
@@ -21,7 +21,7 @@ ApplicationProcesses::ApplicationProcesses(const ProcessTable& table, std::int32
     hasGroup_ = isGroupItsOwn();
 }
 
-bool ApplicationProcesses::isExcluded(std::int32_t pid, const QString& unit) const {
+bool ApplicationProcesses::isExcluded(std::int32_t pid, const QByteArray& unit) const {
     const bool isElsewhere = !unit.isEmpty() && unit != unit_ && !runsTheSameProgram(pid);
     return others_.contains(pid) || isElsewhere || !protectedOnes_.reason(pid, main_).isEmpty();
 }
@@ -57,8 +57,9 @@ bool ApplicationProcesses::descendsFromOneOf(const std::set<std::int32_t>& exclu
 }
 
 /// With their units. What has gone on into another application's unit is not among them.
-std::map<std::int32_t, QString> ApplicationProcesses::membersOfUnit(const QString& unit) const {
-    std::map<std::int32_t, QString> members;
+std::map<std::int32_t, QByteArray>
+ApplicationProcesses::membersOfUnit(const QByteArray& unit) const {
+    std::map<std::int32_t, QByteArray> members;
     for (const auto& [pid, process] : table_.all()) {
         if (table_.applicationUnitOf(pid) == unit) {
             members.emplace(pid, unit);
@@ -69,7 +70,7 @@ std::map<std::int32_t, QString> ApplicationProcesses::membersOfUnit(const QStrin
 
 /// The main process too. A session cannot be joined from outside: what is in one that a descendant
 /// leads descends from that one, also when the parents in between have ended.
-std::map<std::int32_t, QString> ApplicationProcesses::descendants() const {
+std::map<std::int32_t, QByteArray> ApplicationProcesses::descendants() const {
     std::set<std::int32_t> found{main_};
     for (bool isGrowing = true; isGrowing;) {
         isGrowing = false;
@@ -78,14 +79,14 @@ std::map<std::int32_t, QString> ApplicationProcesses::descendants() const {
             isGrowing = (belongs && found.insert(pid).second) || isGrowing;
         }
     }
-    std::map<std::int32_t, QString> all;
+    std::map<std::int32_t, QByteArray> all;
     for (const std::int32_t pid : found) {
         all.emplace(pid, table_.applicationUnitOf(pid));
     }
     return all;
 }
 
-void ApplicationProcesses::collect(const std::map<std::int32_t, QString>& candidates) {
+void ApplicationProcesses::collect(const std::map<std::int32_t, QByteArray>& candidates) {
     std::set<std::int32_t> excluded;
     for (const auto& [pid, unit] : candidates) {
         if (isExcluded(pid, unit)) {

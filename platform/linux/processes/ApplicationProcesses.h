@@ -1,8 +1,9 @@
 #pragma once
 
-#include "platform/linux/ProcessTable.h"
-#include "platform/linux/ProtectedProcesses.h"
+#include "platform/linux/processes/ProcessTable.h"
+#include "platform/linux/processes/ProtectedProcesses.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstdint>
@@ -15,7 +16,7 @@ namespace quorvane {
 /// Which processes are an application's own, in one look at all processes.
 ///
 /// They are the main process and what descends from it, and where the service manager has given the
-/// application a unit (a control group named "app-..."), that unit's other members, unless the unit
+/// application a unit (`ApplicationUnit`), that unit's other members, unless the unit
 /// is that of a terminal or of another application from which this one was started. Without the
 /// processes that must not be stopped, those of other applications, and whatever descends from
 /// either. A descendant in another such unit is another application, unless it runs the same
@@ -38,21 +39,21 @@ class ApplicationProcesses {
     [[nodiscard]] bool hasGroupOfItsOwn() const { return hasGroup_; }
 
   private:
-    [[nodiscard]] bool isExcluded(std::int32_t pid, const QString& unit) const;
+    [[nodiscard]] bool isExcluded(std::int32_t pid, const QByteArray& unit) const;
     [[nodiscard]] bool runsTheSameProgram(std::int32_t pid) const;
     [[nodiscard]] bool isUnitItsOwn() const;
     [[nodiscard]] bool descendsFromOneOf(const std::set<std::int32_t>& excluded,
                                          const Process& process) const;
-    [[nodiscard]] std::map<std::int32_t, QString> membersOfUnit(const QString& unit) const;
-    [[nodiscard]] std::map<std::int32_t, QString> descendants() const;
-    void collect(const std::map<std::int32_t, QString>& candidates);
+    [[nodiscard]] std::map<std::int32_t, QByteArray> membersOfUnit(const QByteArray& unit) const;
+    [[nodiscard]] std::map<std::int32_t, QByteArray> descendants() const;
+    void collect(const std::map<std::int32_t, QByteArray>& candidates);
     [[nodiscard]] bool isGroupItsOwn() const;
 
     const ProcessTable& table_;
     std::int32_t main_;
     const ProtectedProcesses& protectedOnes_;
     std::set<std::int32_t> others_;
-    QString unit_;
+    QByteArray unit_;
     QString refusal_;
     std::vector<Process> own_;
     bool hasGroup_ = false;

@@ -1,4 +1,4 @@
-#include "platform/linux/ApplicationUnit.h"
+#include "platform/linux/processes/ApplicationUnit.h"
 
 #include <algorithm>
 
@@ -24,52 +24,36 @@ QByteArray withoutUnitEscapes(const QByteArray& escaped) {
     return text;
 }
 
-// The last part of the path of one hierarchy, for lines such as "0::/user.slice/.../app-x.scope".
-QByteArray leafOf(const QByteArray& text, const QByteArray& controllers) {
-    for (const QByteArray& line : text.split('\n')) {
-        const qsizetype first = line.indexOf(':');
-        const qsizetype second = line.indexOf(':', first + 1);
-        if (first > 0 && second > 0 && line.mid(first + 1, second - first - 1) == controllers) {
-            return line.mid(line.lastIndexOf('/') + 1);
-        }
-    }
-    return {};
+QByteArray nameIn(const QByteArray& path) {
+    return path.mid(path.lastIndexOf('/') + 1);
 }
 
-} // namespace
-
-ApplicationUnit::ApplicationUnit(const QByteArray& name) {
-    const bool isScope = name.endsWith(".scope");
-    const bool isService = name.endsWith(".service");
-    if (!isScope && !isService) {
-        return;
+/// The id of the entry that belongs to it is PACKAGE_PROGRAM. Empty when it is no program's.
+QByteArray idOfSnap(QByteArray name) {
+    constexpr qsizetype uuidWithSeparator = 37;
+    constexpr QByteArrayView beginning("snap.");
+    constexpr QByteArrayView ending(".scope");
+    if (!name.startsWith(beginning) || !name.endsWith(ending)) {
+        return {};
     }
-    const QByteArray stem = name.left(name.lastIndexOf('.'));
-    if (stem.startsWith("app-")) {
-        readApplication(stem.mid(4), isScope);
-    } else if (isScope && stem.startsWith("snap.")) {
-        readSnap(stem.mid(5));
-    }
+    name.chop(std::min(name.size(), uuidWithSeparator + ending.size()));
+    const QList<QByteArray> parts = name.mid(beginning.size()).split('.');
+    const bool isProgram = parts.size() == 2 && !parts.at(0).isEmpty() && !parts.at(1).isEmpty();
+    return isProgram ? parts.join('_') : QByteArray();
 }
 
-ApplicationUnit ApplicationUnit::ofControlGroups(const QByteArray& text) {
-    const QByteArray unified = leafOf(text, {});
-    // Where the old hierarchies are in use, the new one may be empty.
-    return ApplicationUnit(unified.isEmpty() ? leafOf(text, "name=systemd") : unified);
-}
-
-void ApplicationUnit::readApplication(QByteArray name, bool isScope) {
+QList<QByteArray> idsOfApplication(QByteArray name, bool isScope) {
     if (!isScope && name.contains('@')) {
         name.truncate(name.indexOf('@'));
-        isScope = false;
     }
+    QList<QByteArray> ids;
     const QList<QByteArray> parts = name.split('-');
     const qsizetype count = parts.size();
-    const auto add = [this, &parts](qsizetype from, qsizetype to) {
+    const auto add = [&ids, &parts](qsizetype from, qsizetype to) {
         const QByteArray id =
             from < to ? withoutUnitEscapes(parts.mid(from, to - from).join('-')) : QByteArray();
-        if (!id.isEmpty() && !ids_.contains(id)) {
-            ids_.append(id);
+        if (!id.isEmpty() && !ids.contains(id)) {
+            ids.append(id);
         }
     };
     if (isScope) { // with a number at the end
@@ -78,16 +62,52 @@ void ApplicationUnit::readApplication(QByteArray name, bool isScope) {
     }
     add(count > 1 ? 1 : 0, count);
     add(0, count);
+    return ids;
 }
 
-// The id of the entry that belongs to it is PACKAGE_PROGRAM.
-void ApplicationUnit::readSnap(QByteArray name) {
-    constexpr qsizetype uuidWithSeparator = 37;
-    name.chop(std::min(name.size(), uuidWithSeparator));
-    const QList<QByteArray> parts = name.split('.');
-    if (parts.size() == 2 && !parts.at(0).isEmpty() && !parts.at(1).isEmpty()) {
-        ids_.append(parts.join('_'));
+} // namespace
+
+ApplicationUnit::ApplicationUnit(const QByteArray& controlGroup) {
+    QByteArray path = controlGroup;
+    while (!path.isEmpty() && !isMadeByDesktop(nameIn(path)) && idOfSnap(nameIn(path)).isEmpty()) {
+        path.truncate(std::max<qsizetype>(path.lastIndexOf('/'), 0));
     }
+    controlGroup_ = path;
+}
+
+/// "0::/PATH" where there is one hierarchy, "1:name=systemd:/PATH" where there are several; those
+/// of the controllers are not the service manager's.
+ApplicationUnit ApplicationUnit::ofControlGroups(const QByteArray& text) {
+    for (const QByteArray& line : text.split('\n')) {
+        const qsizetype first = line.indexOf(':');
+        const qsizetype second = line.indexOf(':', first + 1);
+        if (first <= 0 || second <= first) {
+            continue;
+        }
+        const QByteArray hierarchy = line.mid(first + 1, second - first - 1);
+        if (hierarchy.isEmpty() || hierarchy == "name=systemd") {
+            ApplicationUnit unit(line.mid(second + 1));
+            if (!unit.controlGroup().isEmpty()) {
+                return unit;
+            }
+        }
+    }
+    return {};
+}
+
+bool ApplicationUnit::isMadeByDesktop(const QByteArray& name) {
+    return name.startsWith("app-") && (name.endsWith(".scope") || name.endsWith(".service"));
+}
+
+QList<QByteArray> ApplicationUnit::possibleIds() const {
+    const QByteArray name = nameIn(controlGroup_);
+    if (!isMadeByDesktop(name)) {
+        const QByteArray id = idOfSnap(name);
+        return id.isEmpty() ? QList<QByteArray>() : QList<QByteArray>{id};
+    }
+    constexpr qsizetype beginning = 4; // "app-"
+    return idsOfApplication(name.mid(beginning, name.lastIndexOf('.') - beginning),
+                            name.endsWith(".scope"));
 }
 
 } // namespace quorvane

@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/processes/LinuxProcesses.h"
 
-#include "platform/linux/ProcessSignals.h"
+#include "platform/linux/processes/ProcessSignals.h"
 
 #include <algorithm>
 #include <chrono>
@@ -30,9 +30,9 @@ bool hasAny(const Container& container, Condition condition) {
 
 } // namespace
 
-LinuxProcesses::LinuxProcesses(PuttingBackJournal& journal, LogSink& log, Applications applications,
+LinuxProcesses::LinuxProcesses(PuttingBackJournal& journal, LogSink& log,
                                const QString& guardProgram)
-    : journal_(journal), log_(log), applications_(std::move(applications)), guard_(guardProgram) {}
+    : journal_(journal), log_(log), guard_(guardProgram) {}
 
 void LinuxProcesses::refuse(std::int32_t pid, const QString& reason) {
     log_.write(
@@ -88,7 +88,7 @@ LinuxProcesses::Step LinuxProcesses::stopWhatAppeared(std::int32_t pid, Stopping
         const bool allStand = !hasAny(application.parentsFirst(), [&](const Process& each) {
             return !each.isStopped && !stopping.stoppedByOthers.contains(each.identity);
         });
-        return allStand ? Step::Done : Step::Waiting;
+        return allStand ? Step::Standstill : Step::Waiting;
     }
     if (!writeDown(found)) {
         refuse(pid, QStringLiteral("what would have to be put back cannot be written down"));

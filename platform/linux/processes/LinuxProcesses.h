@@ -2,15 +2,16 @@
 
 #include "platform/Log.h"
 #include "platform/Processes.h"
-#include "platform/linux/ApplicationProcesses.h"
-#include "platform/linux/PuttingBackJournal.h"
-#include "platform/linux/RestoreGuard.h"
-#include "platform/linux/StoppedProcess.h"
+#include "platform/linux/common/PuttingBackJournal.h"
+#include "platform/linux/processes/ApplicationProcesses.h"
+#include "platform/linux/processes/RestoreGuard.h"
+#include "platform/linux/processes/StoppedProcess.h"
 
 #include <QString>
 
 #include <functional>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace quorvane {
@@ -26,8 +27,12 @@ class LinuxProcesses final : public Processes {
     using Applications = std::function<std::set<std::int32_t>()>;
 
     /// Journal and log have to outlive this. `guardProgram` is as RestoreGuard has it.
-    LinuxProcesses(PuttingBackJournal& journal, LogSink& log, Applications applications = {},
+    LinuxProcesses(PuttingBackJournal& journal, LogSink& log,
                    const QString& guardProgram = QStringLiteral("/proc/self/exe"));
+
+    /// Which applications are not part of one that is stopped, although it has started them. Until
+    /// this is told they are not known; putting back does not ask.
+    void setApplications(Applications applications) { applications_ = std::move(applications); }
 
     void stop(std::int32_t pid) override;
     void resume(std::int32_t pid) override;
@@ -36,7 +41,7 @@ class LinuxProcesses final : public Processes {
     void putBack();
 
   private:
-    enum class Step { Found, Waiting, Done, Failed };
+    enum class Step { Found, Waiting, Standstill, Failed };
 
     /// What is known of an application while it is being stopped.
     struct Stopping {

@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxTasks.h"
+#include "platform/linux/processes/LinuxTasks.h"
 
-#include "platform/linux/ChildSignals.h"
+#include "platform/linux/processes/ChildSignals.h"
 
 #include <QProcess>
 
@@ -15,10 +15,9 @@ constexpr int patience = 500;
 
 class ProcessTask final : public Task {
   public:
-    /// `standIn` is the program that is really run, or empty.
-    ProcessTask(QString launchPath, const QString& standIn, const QStringList& arguments)
-        : launchPath_(std::move(launchPath)), isStandIn_(!standIn.isEmpty()) {
-        process_.setProgram(isStandIn_ ? standIn : launchPath_);
+    ProcessTask(QString launchPath, const QStringList& arguments)
+        : launchPath_(std::move(launchPath)) {
+        process_.setProgram(launchPath_);
         process_.setArguments(arguments);
         process_.setStandardInputFile(QProcess::nullDevice());
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -35,13 +34,7 @@ class ProcessTask final : public Task {
 
     bool launch() override {
         process_.start(QIODevice::ReadOnly);
-        if (!process_.waitForStarted()) {
-            return false;
-        }
-        if (isStandIn_) {
-            process_.waitForFinished(patience);
-        }
-        return true;
+        return process_.waitForStarted();
     }
 
     // Nobody runs an event loop for it while its owner waits: QProcess has to be asked to look.
@@ -65,8 +58,37 @@ class ProcessTask final : public Task {
 
   private:
     QString launchPath_;
-    bool isStandIn_;
     QProcess process_;
+};
+
+/// A tool whose answer is known as soon as it is asked.
+class AnsweredTask final : public Task {
+  public:
+    AnsweredTask(QString launchPath, LinuxTasks::StandIn standIn, const QStringList& arguments)
+        : launchPath_(std::move(launchPath)), standIn_(std::move(standIn)) {
+        for (const QString& each : arguments) {
+            arguments_.push_back(each.toStdString());
+        }
+    }
+
+    [[nodiscard]] QString launchPath() const override { return launchPath_; }
+
+    bool launch() override {
+        output_ = QByteArray::fromStdString(standIn_(arguments_));
+        return true;
+    }
+
+    [[nodiscard]] bool isRunning() override { return false; }
+
+    void terminate() override {}
+
+    QByteArray readOutput() override { return std::exchange(output_, {}); }
+
+  private:
+    QString launchPath_;
+    LinuxTasks::StandIn standIn_;
+    std::vector<std::string> arguments_;
+    QByteArray output_;
 };
 
 } // namespace
@@ -74,7 +96,10 @@ class ProcessTask final : public Task {
 LinuxTasks::LinuxTasks(StandIns standIns) : standIns_(std::move(standIns)) {}
 
 std::unique_ptr<Task> LinuxTasks::task(const QString& launchPath, const QStringList& arguments) {
-    return std::make_unique<ProcessTask>(launchPath, standIns_.value(launchPath), arguments);
+    if (const auto standIn = standIns_.constFind(launchPath); standIn != standIns_.cend()) {
+        return std::make_unique<AnsweredTask>(launchPath, *standIn, arguments);
+    }
+    return std::make_unique<ProcessTask>(launchPath, arguments);
 }
 
 } // namespace quorvane

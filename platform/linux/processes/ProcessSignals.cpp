@@ -1,4 +1,4 @@
-#include "platform/linux/ProcessSignals.h"
+#include "platform/linux/processes/ProcessSignals.h"
 
 #include <csignal>
 #include <optional>

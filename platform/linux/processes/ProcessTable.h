@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/linux/processes/ProcessFiles.h"
+
 #include <QByteArray>
-#include <QList>
 #include <QString>
 
 #include <cstdint>
@@ -41,24 +42,6 @@ struct Process {
     [[nodiscard]] bool operator==(const Process&) const = default;
 };
 
-/// The text of a /proc/PID/stat in pieces: "PID (NAME) STATE PPID ...".
-struct StatPieces {
-    QByteArray pid;
-    QByteArray name;          ///< may hold blanks and brackets
-    QList<QByteArray> fields; ///< from the state on, which is field 3 of proc(5); 20 or more
-};
-
-/// Nothing when the text is none of that kind.
-[[nodiscard]] std::optional<StatPieces> statPieces(const QByteArray& stat);
-
-/// From the text of a /proc/PID/stat. Nothing when the process has ended, or the text is none of
-/// that kind.
-[[nodiscard]] std::optional<Process> processFromStat(const QByteArray& stat);
-
-/// The place of the application's unit in the text of a /proc/PID/cgroup: the path down to the
-/// innermost scope or service whose name begins with "app-". Empty when there is none.
-[[nodiscard]] QString applicationUnit(const QByteArray& cgroup);
-
 /// One look at all processes. What is told of a single one beyond `Process` is read when it is
 /// asked for; a process that has ended by then has nothing to tell.
 class ProcessTable {
@@ -87,8 +70,8 @@ class ProcessTable {
     /// The program's file name.
     [[nodiscard]] QString executableOf(std::int32_t pid) const;
 
-    /// As `applicationUnit` tells.
-    [[nodiscard]] QString applicationUnitOf(std::int32_t pid) const;
+    /// The control group of the `ApplicationUnit` that it is in. Empty when it is in none.
+    [[nodiscard]] QByteArray applicationUnitOf(std::int32_t pid) const;
 
     /// Whether it runs for this user and with this user's rights.
     [[nodiscard]] bool belongsTo(std::int32_t pid, std::uint32_t user) const;
@@ -97,7 +80,9 @@ class ProcessTable {
     [[nodiscard]] bool isLoginShell(std::int32_t pid) const;
 
   private:
-    [[nodiscard]] QByteArray fileOf(std::int32_t pid, const char* name) const;
+    [[nodiscard]] ProcessFiles filesOf(std::int32_t pid) const {
+        return ProcessFiles(pid, procFolder_);
+    }
 
     QString procFolder_;
     std::map<std::int32_t, Process> processes_;

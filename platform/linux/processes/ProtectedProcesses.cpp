@@ -1,4 +1,4 @@
-#include "platform/linux/ProtectedProcesses.h"
+#include "platform/linux/processes/ProtectedProcesses.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/ProcessTable.h"
+#include "platform/linux/processes/ProcessTable.h"
 
 #include <QByteArray>
 #include <QString>

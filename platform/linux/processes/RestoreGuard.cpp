@@ -1,6 +1,6 @@
-#include "platform/linux/RestoreGuard.h"
+#include "platform/linux/processes/RestoreGuard.h"
 
-#include "platform/linux/ChildSignals.h"
+#include "platform/linux/processes/ChildSignals.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/JournalWriter.h"
+#include "platform/linux/common/JournalWriter.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/StoppedProcess.h"
+#include "platform/linux/processes/StoppedProcess.h"
 
 #include <QJsonObject>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/ProcessTable.h"
-#include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/common/PuttingBackJournal.h"
+#include "platform/linux/processes/ProcessTable.h"
 
 #include <cstdint>
 #include <optional>

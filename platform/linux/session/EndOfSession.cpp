@@ -1,4 +1,4 @@
-#include "platform/linux/EndOfSession.h"
+#include "platform/linux/session/EndOfSession.h"
 
 namespace quorvane {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/TerminationSignals.h"
+#include "platform/linux/common/TerminationSignals.h"
 
 #include <QDBusConnection>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "platform/linux/QuitService.h"
+#include "platform/linux/session/QuitService.h"
 
 namespace quorvane {
 

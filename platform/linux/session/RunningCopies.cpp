@@ -1,6 +1,6 @@
-#include "platform/linux/RunningCopies.h"
+#include "platform/linux/session/RunningCopies.h"
 
-#include "platform/linux/QuitService.h"
+#include "platform/linux/session/QuitService.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>

@@ -1,10 +1,7 @@
-#include "platform/linux/SleepWatch.h"
+#include "platform/linux/session/SleepWatch.h"
 
 #include "platform/Log.h"
 
-#include <QDBusError>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QTimer>
 
 #include <utility>
@@ -17,34 +14,23 @@ constexpr QLatin1String logind("org.freedesktop.login1");
 constexpr QLatin1String logindPath("/org/freedesktop/login1");
 constexpr QLatin1String logindManager("org.freedesktop.login1.Manager");
 
-QDBusMessage requestOfDelay() {
-    QDBusMessage request = QDBusMessage::createMethodCall(logind, logindPath, logindManager,
-                                                          QStringLiteral("Inhibit"));
-    request.setArguments({QStringLiteral("sleep"), QStringLiteral("Quorvane"),
+BusCall requestOfDelay() {
+    return {.service = logind,
+            .path = logindPath,
+            .interface = logindManager,
+            .method = QStringLiteral("Inhibit"),
+            .arguments = {QStringLiteral("sleep"), QStringLiteral("Quorvane"),
                           QStringLiteral("Switching the processor's turbo back on"),
-                          QStringLiteral("delay")});
-    // Where it does not run it does not put the machine to sleep either.
-    request.setAutoStartService(false);
-    return request;
-}
-
-/// Whether logind answered; else it was the bus, on behalf of one that is not there.
-bool isRefusal(const QDBusMessage& reply) {
-    switch (QDBusError(reply).type()) {
-    case QDBusError::ServiceUnknown:
-    case QDBusError::NoReply:
-    case QDBusError::NoServer:
-    case QDBusError::Disconnected:
-        return false;
-    default:
-        return reply.errorName() != QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
-    }
+                          QStringLiteral("delay")},
+            .limit = BusCall::usualLimit,
+            // Where it does not run it does not put the machine to sleep either.
+            .autostart = BusCall::Autostart::No};
 }
 
 } // namespace
 
 SleepWatch::SleepWatch(const QDBusConnection& systemBus, LogSink& log, WhenIdle whenIdle)
-    : bus_(systemBus), log_(log), whenIdle_(std::move(whenIdle)) {
+    : bus_(systemBus), calls_(systemBus), log_(log), whenIdle_(std::move(whenIdle)) {
     QTimer::singleShot(0, this, &SleepWatch::begin);
 }
 
@@ -74,27 +60,22 @@ void SleepWatch::ownerChanged(const QString& newOwner) {
     }
 }
 
+// The answer to an earlier request than the last is of no use.
 void SleepWatch::takeLock() {
-    const quint64 request = ++requests_;
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(requestOfDelay()), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, request] {
-        watcher->deleteLater();
-        if (request == requests_) {
-            lockAnswered(watcher->reply());
-        }
-    });
+    calls_.forget();
+    calls_.ask(requestOfDelay(), [this](const BusAnswer& answer) { lockAnswered(answer); });
 }
 
-void SleepWatch::lockAnswered(const QDBusMessage& reply) {
-    const auto lock = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
+void SleepWatch::lockAnswered(const BusAnswer& answer) {
+    const auto lock = answer.value().value<QDBusUnixFileDescriptor>();
     if (lock.isValid()) {
         // Asleep means that everything has been done: nobody is to wait for this program.
         if (phase_ != Phase::Asleep) {
             lock_ = lock;
         }
-    } else if (isRefusal(reply)) {
+    } else if (answer.isFromService()) {
         log_.write(QStringLiteral("The machine will not wait for Quorvane before it sleeps: %1")
-                       .arg(reply.errorMessage()));
+                       .arg(answer.errorText()));
     }
 }
 

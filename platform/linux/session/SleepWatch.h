@@ -1,14 +1,14 @@
 #pragma once
 
+#include "platform/SleepEvents.h"
+#include "platform/linux/common/BusCalls.h"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QDBusUnixFileDescriptor>
-#include <QObject>
 
 #include <functional>
 #include <optional>
-
-class QDBusMessage;
 
 namespace quorvane {
 
@@ -20,7 +20,7 @@ class LogSink;
 /// logind itself limits that (5 seconds, unless an administrator says otherwise). Where logind does
 /// not run nothing is told. Nothing here waits, and nothing wakes the program but logind. Main
 /// thread only.
-class SleepWatch final : public QObject {
+class SleepWatch final : public SleepEvents {
     Q_OBJECT
 
   public:
@@ -34,13 +34,6 @@ class SleepWatch final : public QObject {
     /// Whether the machine would wait for this program now.
     [[nodiscard]] bool holdsLock() const { return lock_.isValid(); }
 
-  Q_SIGNALS:
-    /// The machine sleeps once every slot has returned and nothing is under way any more.
-    void willSleep();
-
-    /// Once after each `willSleep`.
-    void didWake();
-
   private:
     enum class Phase { Awake, GoingToSleep, Asleep };
 
@@ -49,18 +42,18 @@ class SleepWatch final : public QObject {
     void begin();
     void ownerChanged(const QString& newOwner);
     void takeLock();
-    void lockAnswered(const QDBusMessage& reply);
+    void lockAnswered(const BusAnswer& answer);
     void releaseLock(quint64 sleep);
     void wake();
 
     QDBusConnection bus_;
+    BusCalls calls_;
     LogSink& log_;
     WhenIdle whenIdle_;
     std::optional<QDBusServiceWatcher> watcher_;
     QDBusUnixFileDescriptor lock_; ///< valid: logind waits for this program
     Phase phase_ = Phase::Awake;
-    quint64 sleeps_ = 0;   ///< how often the machine went to sleep
-    quint64 requests_ = 0; ///< the answer to an earlier one than the last is of no use
+    quint64 sleeps_ = 0; ///< how often the machine went to sleep
 };
 
 } // namespace quorvane

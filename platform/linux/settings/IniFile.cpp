@@ -1,4 +1,4 @@
-#include "platform/linux/IniFile.h"
+#include "platform/linux/settings/IniFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/linux/FileLock.h"
-#include "platform/linux/IniText.h"
-#include "platform/linux/WholeFile.h"
+#include "platform/linux/common/FileLock.h"
+#include "platform/linux/common/WholeFile.h"
+#include "platform/linux/settings/IniText.h"
 
 #include <QByteArray>
 #include <QString>

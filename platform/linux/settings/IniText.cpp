@@ -1,4 +1,4 @@
-#include "platform/linux/IniText.h"
+#include "platform/linux/settings/IniText.h"
 
 #include <QFile>
 #include <QLocale>

@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxSettings.h"
+#include "platform/linux/settings/LinuxSettings.h"
 
-#include "platform/linux/SettingsFile.h"
+#include "platform/linux/settings/SettingsFile.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/SettingsFile.h"
+#include "platform/linux/settings/SettingsFile.h"
 
 #include "platform/Log.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/Settings.h"
-#include "platform/linux/FileWatch.h"
-#include "platform/linux/IniFile.h"
+#include "platform/linux/common/FileWatch.h"
+#include "platform/linux/settings/IniFile.h"
 
 #include <QTimer>
 

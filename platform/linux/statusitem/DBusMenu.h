@@ -1,16 +1,19 @@
 #pragma once
 
 #include "platform/Menu.h"
-#include "platform/linux/DBusMenuTree.h"
-#include "platform/linux/DBusMenuUpdates.h"
-#include "platform/linux/ExportedObject.h"
+#include "platform/linux/common/ExportedObject.h"
+#include "platform/linux/statusitem/DBusMenuTree.h"
+#include "platform/linux/statusitem/DBusMenuUpdates.h"
 
 #include <QDBusConnection>
+#include <QLatin1String>
 #include <QList>
 #include <QSet>
 #include <QString>
 
 namespace quorvane {
+
+inline constexpr QLatin1String dbusMenuInterface("com.canonical.dbusmenu");
 
 /// A menu as the hosts of a desktop's bar read and click it. They hear of a changed title or check
 /// mark once in a turn of the main loop, and of a new layout only when the menu is another one.

@@ -1,15 +1,67 @@
 #pragma once
 
 #include "platform/Menu.h"
-#include "platform/linux/DBusMenuTypes.h"
+#include "platform/MenuItem.h"
 
+#include <QDBusArgument>
+#include <QDBusVariant>
 #include <QList>
+#include <QMetaType>
+#include <QString>
 #include <QStringList>
 #include <QVariantMap>
 
 #include <vector>
 
 namespace quorvane {
+
+/// An item of com.canonical.dbusmenu with its children.
+struct DBusMenuLayout {
+    int id = 0;
+    QVariantMap properties;
+    QList<DBusMenuLayout> children;
+};
+
+struct DBusMenuProperties {
+    int id = 0;
+    QVariantMap properties;
+};
+
+/// Properties that have their default values again.
+struct DBusMenuRemovedProperties {
+    int id = 0;
+    QStringList names;
+};
+
+/// What a user has done to an item.
+struct DBusMenuEvent {
+    int id = 0;
+    QString type;
+    QDBusVariant data;
+    uint timestamp = 0; ///< the display server's
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuLayout& layout);
+const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuLayout& layout);
+QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuProperties& item);
+const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuProperties& item);
+QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuRemovedProperties& item);
+const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuRemovedProperties& item);
+QDBusArgument& operator<<(QDBusArgument& argument, const DBusMenuEvent& event);
+const QDBusArgument& operator>>(const QDBusArgument& argument, DBusMenuEvent& event);
+
+/// Has to run before one of the structures above is sent.
+void registerDBusMenuTypes();
+
+/// What com.canonical.dbusmenu tells of a menu item. A property that has its default value is not
+/// there.
+[[nodiscard]] QVariantMap dbusMenuProperties(const MenuItem& item);
+
+/// The same of the root, which is no item.
+[[nodiscard]] QVariantMap dbusMenuRootProperties();
+
+/// The default value of a property, invalid for a name that the protocol does not know.
+[[nodiscard]] QVariant dbusMenuDefault(const QString& name);
 
 /// The numbers of a menu's items, which stay the same as long as the menu: 0 is the menu itself,
 /// the items follow in their order, each before its submenu. Main thread only.
@@ -59,3 +111,8 @@ class DBusMenuTree {
 [[nodiscard]] QVariantMap onlyNamed(const QVariantMap& properties, const QStringList& names);
 
 } // namespace quorvane
+
+Q_DECLARE_METATYPE(quorvane::DBusMenuLayout)
+Q_DECLARE_METATYPE(quorvane::DBusMenuProperties)
+Q_DECLARE_METATYPE(quorvane::DBusMenuRemovedProperties)
+Q_DECLARE_METATYPE(quorvane::DBusMenuEvent)

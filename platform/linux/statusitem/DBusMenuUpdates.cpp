@@ -1,4 +1,4 @@
-#include "platform/linux/DBusMenuUpdates.h"
+#include "platform/linux/statusitem/DBusMenuUpdates.h"
 
 #include <utility>
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/linux/DBusMenuTree.h"
-#include "platform/linux/DBusMenuTypes.h"
+#include "platform/linux/statusitem/DBusMenuTree.h"
 
 #include <QList>
 #include <QVariantMap>

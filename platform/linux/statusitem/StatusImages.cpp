@@ -1,4 +1,4 @@
-#include "platform/linux/StatusImages.h"
+#include "platform/linux/statusitem/StatusImages.h"
 
 #include <QFileInfo>
 

@@ -1,11 +1,40 @@
 #pragma once
 
-#include "platform/linux/ExportedObject.h"
+#include "platform/linux/common/ExportedObject.h"
 
+#include <QByteArray>
+#include <QDBusArgument>
 #include <QDBusConnection>
+#include <QLatin1String>
+#include <QList>
+#include <QMetaType>
 #include <QString>
 
 namespace quorvane {
+
+inline constexpr QLatin1String statusNotifierInterface("org.kde.StatusNotifierItem");
+
+/// A picture as org.kde.StatusNotifierItem carries it: ARGB32 in network byte order.
+struct StatusNotifierPixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+};
+
+struct StatusNotifierToolTip {
+    QString iconName;
+    QList<StatusNotifierPixmap> pixmaps;
+    QString title;
+    QString text; ///< a subset of HTML
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap);
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& toolTip);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& toolTip);
+
+/// Has to run before one of the structures above is sent.
+void registerStatusNotifierTypes();
 
 /// The icon and its text as the hosts of a desktop's bar read them. However often the values are
 /// set within one turn of the main loop, the hosts are told once, and only of what has changed.
@@ -45,3 +74,6 @@ class StatusNotifierItem final : public ExportedObject {
 };
 
 } // namespace quorvane
+
+Q_DECLARE_METATYPE(quorvane::StatusNotifierPixmap)
+Q_DECLARE_METATYPE(quorvane::StatusNotifierToolTip)

@@ -1,12 +1,8 @@
-#include "platform/linux/StatusNotifierRegistration.h"
+#include "platform/linux/statusitem/StatusNotifierRegistration.h"
 
 #include <QCoreApplication>
-#include <QDBusError>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QMetaObject>
 
-#include <limits>
 #include <utility>
 
 namespace quorvane {
@@ -15,7 +11,6 @@ namespace {
 
 constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
-constexpr int noTimeout = std::numeric_limits<int>::max(); // as D-Bus has it
 
 // Of RequestName, as the D-Bus specification has them.
 constexpr uint doNotQueue = 4;
@@ -27,18 +22,14 @@ QString conventionalName() {
         .arg(QCoreApplication::applicationPid());
 }
 
-QDBusMessage busCall(QLatin1String method, const QVariantList& arguments) {
-    QDBusMessage message = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), method);
-    message.setArguments(arguments);
-    return message;
+BusCall busCall(const QString& method, const QVariantList& arguments) {
+    return BusCall::toBus(method, arguments, BusCall::noLimit);
 }
 
 } // namespace
 
 StatusNotifierRegistration::StatusNotifierRegistration(const QDBusConnection& bus, LogSink& log)
-    : bus_(bus), log_(log),
+    : bus_(bus), calls_(bus), log_(log),
       ownerChanges_(watcherName, bus, QDBusServiceWatcher::WatchForOwnerChange) {
     if (!bus_.isConnected()) {
         log_.write(QStringLiteral("There is no session bus, and so no status item."));
@@ -51,39 +42,38 @@ StatusNotifierRegistration::StatusNotifierRegistration(const QDBusConnection& bu
 }
 
 StatusNotifierRegistration::~StatusNotifierRegistration() {
-    QDBusMessage release = busCall(QLatin1String("ReleaseName"), {conventionalName()});
-    bus_.send(release);
+    bus_.send(busCall(QStringLiteral("ReleaseName"), {conventionalName()}).message());
 }
 
 // Another container's program can have the same process id and with it the name. The connection's
 // own name always serves, only that hosts keep the item until the connection ends.
 void StatusNotifierRegistration::requestName() {
-    call(busCall(QLatin1String("RequestName"), {conventionalName(), doNotQueue}),
-         [this](const QDBusPendingReply<uint>& reply) {
-             const bool isOurs = !reply.isError() && (reply.value() == isPrimaryOwner ||
-                                                      reply.value() == wasPrimaryOwner);
-             itemName_ = isOurs ? conventionalName() : bus_.baseService();
-             if (watcherOwner_.isEmpty()) {
-                 lookUpWatcher();
-             } else {
-                 registerItem();
-             }
-         });
+    calls_.ask(busCall(QStringLiteral("RequestName"), {conventionalName(), doNotQueue}),
+               [this](const BusAnswer& answer) {
+                   const uint outcome = answer.value().toUInt();
+                   const bool isOurs = outcome == isPrimaryOwner || outcome == wasPrimaryOwner;
+                   itemName_ = isOurs ? conventionalName() : bus_.baseService();
+                   if (watcherOwner_.isEmpty()) {
+                       lookUpWatcher();
+                   } else {
+                       registerItem();
+                   }
+               });
 }
 
 // Nobody announces a watcher that was there before.
 void StatusNotifierRegistration::lookUpWatcher() {
-    call(busCall(QLatin1String("GetNameOwner"), {QString(watcherName)}),
-         [this](const QDBusPendingReply<QString>& reply) {
-             if (!watcherOwner_.isEmpty()) {
-                 return; // one has appeared meanwhile
-             }
-             if (reply.isError()) {
-                 reportNoWatcher();
-             } else {
-                 changeWatcher(reply.value());
-             }
-         });
+    calls_.ask(busCall(QStringLiteral("GetNameOwner"), {QString(watcherName)}),
+               [this](const BusAnswer& owner) {
+                   if (!watcherOwner_.isEmpty()) {
+                       return; // one has appeared meanwhile
+                   }
+                   if (owner.isReply()) {
+                       changeWatcher(owner.value().toString());
+                   } else {
+                       reportNoWatcher();
+                   }
+               });
 }
 
 void StatusNotifierRegistration::changeWatcher(const QString& owner) {
@@ -94,15 +84,19 @@ void StatusNotifierRegistration::changeWatcher(const QString& owner) {
 }
 
 void StatusNotifierRegistration::registerItem() {
-    QDBusMessage message = QDBusMessage::createMethodCall(
-        watcherOwner_, watcherPath, watcherName, QStringLiteral("RegisterStatusNotifierItem"));
-    message << itemName_;
-    call(message, [this, asked = watcherOwner_](const QDBusPendingCall& reply) {
-        if (reply.isError() && asked == watcherOwner_) {
-            log_.write(QStringLiteral("The desktop's bar does not take the status item: %1 (%2)")
-                           .arg(reply.error().message(), reply.error().name()));
-        }
-    });
+    calls_.ask({.service = watcherOwner_,
+                .path = watcherPath,
+                .interface = watcherName,
+                .method = QStringLiteral("RegisterStatusNotifierItem"),
+                .arguments = {itemName_},
+                .limit = BusCall::noLimit},
+               [this, asked = watcherOwner_](const BusAnswer& answer) {
+                   if (!answer.isReply() && asked == watcherOwner_) {
+                       log_.write(QStringLiteral(
+                                      "The desktop's bar does not take the status item: %1 (%2)")
+                                      .arg(answer.message().errorMessage(), answer.errorName()));
+                   }
+               });
 }
 
 void StatusNotifierRegistration::reportNoWatcher() {
@@ -112,15 +106,6 @@ void StatusNotifierRegistration::reportNoWatcher() {
             "It appears as soon as there is one: a panel with a status or notification area, or "
             "on GNOME the extension \"AppIndicator and KStatusNotifierItem Support\"."));
     }
-}
-
-void StatusNotifierRegistration::call(const QDBusMessage& message, ReplyHandler handler) {
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message, noTimeout), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [handler = std::move(handler)](QDBusPendingCallWatcher* finished) {
-                finished->deleteLater();
-                handler(*finished);
-            });
 }
 
 } // namespace quorvane

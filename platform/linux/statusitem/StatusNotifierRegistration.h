@@ -1,15 +1,12 @@
 #pragma once
 
 #include "platform/Log.h"
+#include "platform/linux/common/BusCalls.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
-
-#include <functional>
 
 namespace quorvane {
 
@@ -27,16 +24,14 @@ class StatusNotifierRegistration final : public QObject {
     StatusNotifierRegistration& operator=(const StatusNotifierRegistration&) = delete;
 
   private:
-    using ReplyHandler = std::function<void(const QDBusPendingCall&)>;
-
     void requestName();
     void lookUpWatcher();
     void changeWatcher(const QString& owner);
     void registerItem();
     void reportNoWatcher();
-    void call(const QDBusMessage& message, ReplyHandler handler);
 
     QDBusConnection bus_;
+    BusCalls calls_;
     LogSink& log_;
     QDBusServiceWatcher ownerChanges_;
     QString itemName_;     ///< what the item is registered by; empty until the bus has given it

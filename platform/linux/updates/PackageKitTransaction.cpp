@@ -1,8 +1,6 @@
-#include "platform/linux/PackageKitTransaction.h"
+#include "platform/linux/updates/PackageKitTransaction.h"
 
-#include <QDBusError>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 
 #include <chrono>
 
@@ -20,17 +18,20 @@ const QString managerPath = QStringLiteral("/org/freedesktop/PackageKit");
 const QString managerInterface = QStringLiteral("org.freedesktop.PackageKit");
 const QString transactionInterface = QStringLiteral("org.freedesktop.PackageKit.Transaction");
 
-bool saysAbsent(const QDBusMessage& reply) {
-    const QDBusError::ErrorType type = QDBusError(reply).type();
-    return type == QDBusError::ServiceUnknown || type == QDBusError::NoServer ||
-           type == QDBusError::Disconnected ||
-           reply.errorName().startsWith(QLatin1String("org.freedesktop.DBus.Error.Spawn"));
+BusCall question(const QString& path, const QString& interface, const QString& method,
+                 const QVariantList& arguments) {
+    return {.service = PackageKitTransaction::serviceName(),
+            .path = path,
+            .interface = interface,
+            .method = method,
+            .arguments = arguments,
+            .limit = BusCall::usualLimit};
 }
 
 } // namespace
 
 PackageKitTransaction::PackageKitTransaction(const QDBusConnection& systemBus, QObject* parent)
-    : QObject(parent), bus_(systemBus),
+    : QObject(parent), bus_(systemBus), calls_(systemBus),
       watcher_(serviceName(), systemBus, QDBusServiceWatcher::WatchForUnregistration) {
     connect(&watcher_, &QDBusServiceWatcher::serviceUnregistered, this,
             [this] { end(QStringLiteral("PackageKit has ended in the middle of it")); });
@@ -48,33 +49,30 @@ void PackageKitTransaction::run(const QString& method, const QVariantList& argum
     method_ = method;
     arguments_ = arguments;
     patience_.start();
-    call(QDBusMessage::createMethodCall(serviceName(), managerPath, managerInterface,
-                                        QStringLiteral("CreateTransaction")),
-         [this](const QDBusMessage& reply) { created(reply); });
+    calls_.ask(question(managerPath, managerInterface, QStringLiteral("CreateTransaction"), {}),
+               [this](const BusAnswer& answer) { created(answer); });
 }
 
-void PackageKitTransaction::created(const QDBusMessage& reply) {
-    if (saysAbsent(reply)) {
+void PackageKitTransaction::created(const BusAnswer& answer) {
+    if (answer.kind() == BusAnswer::Kind::Absent) {
         hasEnded_ = true;
         patience_.stop();
         Q_EMIT serviceIsAbsent();
         return;
     }
-    path_ = reply.arguments().value(0).value<QDBusObjectPath>().path();
-    if (reply.type() == QDBusMessage::ErrorMessage || path_.isEmpty()) {
-        end(reply.errorMessage().isEmpty() ? QStringLiteral("PackageKit gives no transaction")
-                                           : reply.errorMessage());
+    path_ = answer.value().value<QDBusObjectPath>().path();
+    if (path_.isEmpty()) {
+        end(answer.isReply() ? QStringLiteral("PackageKit gives no transaction")
+                             : answer.errorText());
         return;
     }
     subscribe();
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(serviceName(), path_, transactionInterface, method_);
-    question.setArguments(arguments_);
-    call(question, [this](const QDBusMessage& answer) {
-        if (answer.type() == QDBusMessage::ErrorMessage) {
-            end(answer.errorMessage());
-        }
-    });
+    calls_.ask(question(path_, transactionInterface, method_, arguments_),
+               [this](const BusAnswer& begun) {
+                   if (!begun.isReply()) {
+                       end(begun.errorText());
+                   }
+               });
 }
 
 void PackageKitTransaction::subscribe() {
@@ -84,17 +82,6 @@ void PackageKitTransaction::subscribe() {
     connectTo("Package", SLOT(packageTold(QDBusMessage)));
     connectTo("ErrorCode", SLOT(errorTold(QDBusMessage)));
     connectTo("Finished", SLOT(finished(QDBusMessage)));
-}
-
-void PackageKitTransaction::call(const QDBusMessage& message,
-                                 const std::function<void(const QDBusMessage&)>& answered) {
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, answered] {
-        watcher->deleteLater();
-        if (!hasEnded_) {
-            answered(watcher->reply());
-        }
-    });
 }
 
 void PackageKitTransaction::packageTold(const QDBusMessage& signal) {
@@ -116,6 +103,7 @@ void PackageKitTransaction::finished(const QDBusMessage& signal) {
 void PackageKitTransaction::end(const QString& error) {
     if (!hasEnded_) {
         hasEnded_ = true;
+        calls_.forget();
         patience_.stop();
         Q_EMIT ended(packages_, error);
     }

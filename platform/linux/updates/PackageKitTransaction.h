@@ -1,13 +1,13 @@
 #pragma once
 
+#include "platform/linux/common/BusCalls.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
-
-#include <functional>
 
 namespace quorvane {
 
@@ -38,13 +38,12 @@ class PackageKitTransaction : public QObject {
     Q_SLOT void errorTold(const QDBusMessage& signal);
     Q_SLOT void finished(const QDBusMessage& signal);
 
-    void created(const QDBusMessage& reply);
+    void created(const BusAnswer& answer);
     void subscribe();
-    void call(const QDBusMessage& message,
-              const std::function<void(const QDBusMessage&)>& answered);
     void end(const QString& error);
 
     QDBusConnection bus_;
+    BusCalls calls_;
     QDBusServiceWatcher watcher_;
     QTimer patience_;
     QString path_;

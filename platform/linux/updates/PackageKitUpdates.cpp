@@ -1,10 +1,6 @@
-#include "platform/linux/PackageKitUpdates.h"
+#include "platform/linux/updates/PackageKitUpdates.h"
 
-#include "platform/linux/PackageKitTransaction.h"
-
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
+#include "platform/linux/updates/PackageKitTransaction.h"
 
 #include <algorithm>
 #include <utility>
@@ -31,22 +27,22 @@ QString versionOf(const QString& package) {
     return package.section(QLatin1Char(';'), 1, 1);
 }
 
-QDBusMessage meteredQuery() {
-    QDBusMessage query = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.NetworkManager"),
-        QStringLiteral("/org/freedesktop/NetworkManager"),
-        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    query.setArguments(
-        {QStringLiteral("org.freedesktop.NetworkManager"), QStringLiteral("Metered")});
-    // Where it does not run, nobody knows; starting it would be worse than that.
-    query.setAutoStartService(false);
-    return query;
+BusCall meteredQuery() {
+    return {
+        .service = QStringLiteral("org.freedesktop.NetworkManager"),
+        .path = QStringLiteral("/org/freedesktop/NetworkManager"),
+        .interface = QStringLiteral("org.freedesktop.DBus.Properties"),
+        .method = QStringLiteral("Get"),
+        .arguments = {QStringLiteral("org.freedesktop.NetworkManager"), QStringLiteral("Metered")},
+        .limit = BusCall::usualLimit,
+        // Where it does not run, nobody knows; starting it would be worse than that.
+        .autostart = BusCall::Autostart::No};
 }
 
 } // namespace
 
 PackageKitUpdates::PackageKitUpdates(const QDBusConnection& systemBus, QString program)
-    : bus_(systemBus), program_(std::move(program)) {}
+    : bus_(systemBus), calls_(systemBus), program_(std::move(program)) {}
 
 void PackageKitUpdates::look(Download download, std::function<void(const UpdateStatus&)> done) {
     waiting_.push_back(std::move(done));
@@ -63,11 +59,8 @@ void PackageKitUpdates::look(Download download, std::function<void(const UpdateS
 }
 
 void PackageKitUpdates::askWhetherMetered() {
-    auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(meteredQuery()), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        const uint metered =
-            watcher->reply().arguments().value(0).value<QDBusVariant>().variant().toUInt();
+    calls_.ask(meteredQuery(), [this](const BusAnswer& answer) {
+        const uint metered = answer.property().toUInt();
         if (metered == isMetered || metered == isProbablyMetered) {
             tell(UpdateStatus::Kind::Metered);
         } else {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/UpdateService.h"
+#include "platform/linux/common/BusCalls.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -34,6 +35,7 @@ class PackageKitUpdates final : public QObject, public UpdateService {
     void tell(UpdateStatus::Kind kind, const QString& text = {});
 
     QDBusConnection bus_;
+    BusCalls calls_;
     QString program_;
     Download download_ = Download::No;
     std::vector<std::function<void(const UpdateStatus&)>> waiting_; ///< not empty: one is under way

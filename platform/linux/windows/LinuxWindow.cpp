@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxWindow.h"
+#include "platform/linux/windows/LinuxWindow.h"
 
 #include "platform/Log.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Windows.h"
-#include "platform/linux/WindowProcess.h"
+#include "platform/linux/windows/WindowProcess.h"
 
 #include <memory>
 

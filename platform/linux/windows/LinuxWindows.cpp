@@ -1,8 +1,8 @@
-#include "platform/linux/LinuxWindows.h"
+#include "platform/linux/windows/LinuxWindows.h"
 
 #include "platform/Log.h"
-#include "platform/linux/LinuxWindow.h"
-#include "platform/linux/WindowProcess.h"
+#include "platform/linux/windows/LinuxWindow.h"
+#include "platform/linux/windows/WindowProcess.h"
 
 #include <QFileInfo>
 #include <QJsonArray>

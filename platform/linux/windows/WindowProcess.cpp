@@ -1,9 +1,9 @@
-#include "platform/linux/WindowProcess.h"
+#include "platform/linux/windows/WindowProcess.h"
 
-#include "platform/linux/ChildSignals.h"
+#include "platform/linux/processes/ChildSignals.h"
 
 #include <csignal>
-#include <sys/prctl.h>
+#include <unistd.h>
 #include <utility>
 
 namespace quorvane {
@@ -19,8 +19,8 @@ WindowProcess::WindowProcess(QString program, QObject* parent)
     connect(&process_, &QProcess::finished, this, &WindowProcess::finished);
     connect(&process_, &QProcess::errorOccurred, this, &WindowProcess::failed);
     // A window of a program that has crashed would ask for something that nobody does any more.
-    process_.setChildProcessModifier([] {
-        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    process_.setChildProcessModifier([parent = ::getpid()] {
+        endWithParent(parent, SIGTERM);
         releaseSignals();
     });
 }

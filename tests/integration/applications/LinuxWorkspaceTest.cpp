@@ -1,4 +1,4 @@
-#include "tests/integration/WorkspaceFixture.h"
+#include "tests/integration/applications/WorkspaceFixture.h"
 
 #include <QDBusMessage>
 #include <QElapsedTimer>
@@ -50,11 +50,11 @@ class LinuxWorkspaceTest : public WorkspaceFixture,
     void settleQuietly() const {
         std::uint64_t before = 0;
         do {
-            before = workspace_->wakeUps();
+            before = windows_->wakeUps();
             QElapsedTimer quiet;
             quiet.start();
             EXPECT_TRUE(waitUntil([&quiet] { return quiet.hasExpired(300); }));
-        } while (workspace_->wakeUps() != before);
+        } while (windows_->wakeUps() != before);
     }
 };
 
@@ -70,6 +70,8 @@ TEST_P(LinuxWorkspaceTest, Window_MakesARunningApplication) {
     EXPECT_EQ(found[0].activationPolicy, ActivationPolicy::Regular);
     EXPECT_TRUE(found[0].isActive);
     EXPECT_EQ(workspace_->frontmostApplication(), found[0]);
+    EXPECT_TRUE(workspace_->tellsFront());
+    EXPECT_TRUE(workspace_->canHide());
 
     sample.tell(QStringLiteral("close ") + window);
     EXPECT_TRUE(waitUntil([&] { return !application(sample.pid()); }));
@@ -181,9 +183,11 @@ TEST_P(LinuxWorkspaceTest, WindowOfAnotherMachine_HasNoProcessHere) {
     SampleProgram sample;
     sample.window(one() + QStringLiteral(" machine=elsewhere pid=1"));
     sample.window(one() + QStringLiteral(" machine=elsewhere pid=none"));
+    sample.window(one() + QStringLiteral(" machine=elsewhere pid=none gtk=org.example.Two"));
     settle();
     EXPECT_FALSE(application(sample.pid()));
     EXPECT_FALSE(application(1));
+    EXPECT_FALSE(application(0));
 }
 
 TEST_P(LinuxWorkspaceTest, MachineThatWasRenamed_IsStillThisOne) {
@@ -261,7 +265,7 @@ TEST_P(LinuxWorkspaceTest, KeysClicksAndTitlesOfOthers_DoNotWakeEachTime) {
     run({QStringLiteral("mousemove"), QStringLiteral("--window"), window, QStringLiteral("50"),
          QStringLiteral("50"), QStringLiteral("click"), QStringLiteral("1")});
     settleQuietly();
-    const std::uint64_t before = workspace_->wakeUps();
+    const std::uint64_t before = windows_->wakeUps();
     run({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("50"),
          QStringLiteral("--delay"), QStringLiteral("2"), QStringLiteral("1")});
     for (int title = 0; title < 50; ++title) {
@@ -270,17 +274,17 @@ TEST_P(LinuxWorkspaceTest, KeysClicksAndTitlesOfOthers_DoNotWakeEachTime) {
     settleQuietly();
     // openbox writes the order of the windows, a property of the root window, once for all of
     // these.
-    const std::uint64_t restacked = workspace_->wakeUps();
+    const std::uint64_t restacked = windows_->wakeUps();
     EXPECT_LE(restacked, before + 1);
     // Each run of xdotool may announce a layout of the keyboard to everybody, once.
     run({QStringLiteral("key"), QStringLiteral("--repeat"), QStringLiteral("100"),
          QStringLiteral("--delay"), QStringLiteral("2"), QStringLiteral("Shift_L")});
     settleQuietly();
-    const std::uint64_t typed = workspace_->wakeUps();
+    const std::uint64_t typed = windows_->wakeUps();
     EXPECT_LE(typed, restacked + 1);
     sample.window(one());
     settleQuietly();
-    EXPECT_GT(workspace_->wakeUps(), typed);
+    EXPECT_GT(windows_->wakeUps(), typed);
 }
 
 TEST_P(LinuxWorkspaceTest, WindowsOfTheBundlesPrograms_AreQuorvanes) {
@@ -332,9 +336,12 @@ TEST_P(LinuxWorkspaceTest, WaylandSession_IsSaidToBeSeenInPart) {
     sample.window(one());
     EXPECT_TRUE(waitForApplication(sample.pid()));
     qunsetenv("WAYLAND_DISPLAY");
-    EXPECT_THAT(log_.lines(),
-                ElementsAre(QStringLiteral("This is a Wayland session: only the windows of "
-                                           "applications that use Xwayland are seen.")));
+    const QString partly = QStringLiteral("This is a Wayland session: only the windows of "
+                                          "applications that use Xwayland are seen.");
+    EXPECT_THAT(log_.lines(), ElementsAre(partly));
+    ASSERT_FALSE(workspace_->tellsFront());
+    EXPECT_EQ(workspace_->tellsFront().error(), partly);
+    EXPECT_TRUE(workspace_->canHide());
 }
 
 INSTANTIATE_TEST_SUITE_P(Managers, LinuxWorkspaceTest, testing::Values("openbox", "xfwm4"),
@@ -372,6 +379,10 @@ class BlindWorkspaceTest : public WorkspaceFixture {
         workspace_->terminate(nobody);
         EXPECT_THAT(log_.lines(), ElementsAre(QLatin1String(blindness)));
         EXPECT_THAT(events_, IsEmpty());
+        ASSERT_FALSE(workspace_->tellsFront());
+        EXPECT_EQ(workspace_->tellsFront().error(), QStringLiteral("no X server"));
+        ASSERT_FALSE(workspace_->canHide());
+        EXPECT_EQ(workspace_->canHide().error(), QStringLiteral("no X server"));
     }
 };
 

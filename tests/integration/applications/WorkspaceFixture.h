@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/applications/LinuxWorkspace.h"
+#include "platform/linux/applications/X11WindowList.h"
 #include "tests/support/Daemon.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/QtPrinters.h"
@@ -129,8 +130,11 @@ class WorkspaceFixture : public testing::Test {
     }
 
     void startWorkspace() {
+        auto windows = std::make_unique<X11WindowList>();
+        windows_ = windows.get();
         workspace_ = std::make_unique<LinuxWorkspace>(
-            nullptr, QStringLiteral("com.TarnwickStudios.quorvane"), contents(), log_);
+            std::move(windows), QStringLiteral("com.TarnwickStudios.quorvane"),
+            LinuxWorkspace::Places{contents()}, log_);
         QObject::connect(workspace_.get(), &Workspace::didActivateApplication, workspace_.get(),
                          [this](const RunningApplication& application) {
                              events_.append(QLatin1Char('+') + application.bundleIdentifier);
@@ -187,6 +191,7 @@ class WorkspaceFixture : public testing::Test {
     Daemon manager_;
     RecordingLog log_;
     std::unique_ptr<LinuxWorkspace> workspace_;
+    X11WindowList* windows_ = nullptr; ///< the workspace's
     QStringList events_;
 };
 

@@ -1,8 +1,8 @@
-#include "platform/linux/LinuxAuthorization.h"
-#include "platform/linux/LinuxBundle.h"
-#include "platform/linux/LinuxClock.h"
-#include "platform/linux/LinuxFiles.h"
-#include "platform/linux/LinuxTasks.h"
+#include "platform/linux/basics/LinuxBundle.h"
+#include "platform/linux/basics/LinuxClock.h"
+#include "platform/linux/basics/LinuxFiles.h"
+#include "platform/linux/helperclient/LinuxAuthorization.h"
+#include "platform/linux/processes/LinuxTasks.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QDir>
@@ -132,17 +132,6 @@ TEST_F(LinuxTasksTest, ForgottenTask_EndsWithItsObject) {
     ASSERT_TRUE(pidFile.open(QIODevice::ReadOnly));
     const QString pid = QString::fromLatin1(pidFile.readAll().trimmed());
     EXPECT_FALSE(QFile::exists(QStringLiteral("/proc/%1").arg(pid)));
-}
-
-TEST_F(LinuxTasksTest, StandIn_IsRunInThePlaceOfTheToolThatItStandsForAndOfNoOther) {
-    const LinuxTasks tasks({{QStringLiteral("/no/such/tool"), QStringLiteral("/bin/echo")}});
-    LinuxTasks copy = tasks;
-    const auto task = copy.task(QStringLiteral("/no/such/tool"), {QStringLiteral("-b"), {}});
-    ASSERT_TRUE(task->launch());
-    EXPECT_FALSE(task->isRunning()) << "whoever waits for it would look again a second later";
-    EXPECT_EQ(task->readOutput(), "-b \n");
-    EXPECT_EQ(task->launchPath(), QStringLiteral("/no/such/tool"));
-    EXPECT_FALSE(copy.task(QStringLiteral("/no/other/tool"), {})->launch());
 }
 
 TEST_F(LinuxFilesTest, WrittenAndRead_IsTheSame) {

@@ -1,20 +1,17 @@
 // Dims every display and then waits for its end: a run of the program that a test can kill.
 //   dimming_process BUS-ADDRESS SYSFS JOURNAL BRIGHTNESS
 
-#include "platform/linux/LinuxDisplays.h"
-#include "platform/linux/LinuxLog.h"
+#include "platform/linux/common/LinuxLog.h"
+#include "platform/linux/displays/LinuxDisplays.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 
-#include <csignal>
 #include <cstdio>
-#include <sys/prctl.h>
 
 using namespace quorvane;
 
 int main(int argc, char** argv) {
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const QDBusConnection bus =

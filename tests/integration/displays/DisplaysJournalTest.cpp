@@ -1,4 +1,4 @@
-#include "tests/integration/LinuxDisplaysFixture.h"
+#include "tests/integration/displays/LinuxDisplaysFixture.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/linux/LinuxDisplays.h"
+#include "platform/linux/displays/LinuxDisplays.h"
+#include "platform/linux/processes/ChildSignals.h"
 #include "tests/support/FakeService.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/RecordingLog.h"
@@ -17,7 +18,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <csignal>
 #include <memory>
+#include <unistd.h>
 #include <vector>
 
 /// The value of User.Display: id and path of a session.
@@ -170,6 +173,7 @@ class LinuxDisplaysFixture : public testing::Test {
     /// Another run of the program that has dimmed the panel, and lives.
     std::unique_ptr<QProcess> startOtherRun(const char* value) const {
         auto process = std::make_unique<QProcess>();
+        process->setChildProcessModifier([parent = ::getpid()] { endWithParent(parent, SIGKILL); });
         process->start(QStringLiteral(QUORVANE_DIMMING_PROCESS),
                        {bus.address(), folder.path(), journalPath(), QLatin1String(value)});
         EXPECT_TRUE(waitUntil([&] { return process->readAllStandardOutput().contains("dimmed"); }));

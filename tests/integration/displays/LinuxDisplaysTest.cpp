@@ -1,5 +1,6 @@
-#include "tests/integration/LinuxDisplaysFixture.h"
+#include "tests/integration/displays/LinuxDisplaysFixture.h"
 
+#include <QDBusConnectionInterface>
 #include <QDir>
 #include <gmock/gmock.h>
 
@@ -124,6 +125,27 @@ TEST_F(LinuxDisplaysTest, NeitherLogindNorFile_OneLineSaysWhy) {
         EXPECT_TRUE(log.contains(part)) << part;
     }
     EXPECT_FLOAT_EQ(brightness(), 0.7F);
+}
+
+TEST_F(LinuxDisplaysTest, NeitherBusNorFile_OneLineSaysWhy) {
+    displays = std::make_unique<LinuxDisplays>(QDBusConnection(QStringLiteral("no such bus")),
+                                               *journal, log, folder.path());
+    forbidWriting("panel", 700);
+    dim(0.35F);
+    ASSERT_TRUE(settles());
+    ASSERT_EQ(log.lines().size(), 1);
+    EXPECT_TRUE(log.contains("there is no system bus"));
+}
+
+// Only a logind that refuses is asked for another session: an answer of the bus's is not its word.
+TEST_F(LinuxDisplaysTest, LogindComesRightAfterTheBusHasSaidThatThereIsNone_ItIsNotAsked) {
+    dim(0.35F);
+    // On the same connection and therefore behind the call, which the bus has answered by now.
+    ASSERT_FALSE(bus.connection(connectionName).interface()->isServiceRegistered(logindName));
+    const auto logind = startLogind();
+    EXPECT_TRUE(rawBecomes(350));
+    pass();
+    EXPECT_TRUE(logind->calls().isEmpty()) << logind->calls().constFirst().member().toStdString();
 }
 
 TEST_F(LinuxDisplaysTest, LogindLeavesInTheMiddle_FileIsWritten) {

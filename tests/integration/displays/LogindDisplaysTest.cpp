@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxDisplays.h"
+#include "platform/linux/displays/LinuxDisplays.h"
 #include "tests/support/FakeLaptop.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/RecordingLog.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "helper/HelperToolProtocol.h"
-#include "platform/linux/HelperNames.h"
-#include "platform/linux/LinuxHelperTransport.h"
+#include "platform/HelperToolProtocol.h"
+#include "platform/linux/common/HelperNames.h"
+#include "platform/linux/helperclient/LinuxHelperTransport.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/WaitUntil.h"

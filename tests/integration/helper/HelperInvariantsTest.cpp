@@ -1,4 +1,4 @@
-#include "tests/integration/RootHelperFixture.h"
+#include "tests/integration/helperclient/RootHelperFixture.h"
 
 #include <array>
 #include <random>

@@ -1,4 +1,4 @@
-#include "tests/integration/RootHelperFixture.h"
+#include "tests/integration/helperclient/RootHelperFixture.h"
 
 namespace quorvane::test {
 namespace {

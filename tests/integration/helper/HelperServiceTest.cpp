@@ -1,5 +1,5 @@
 #include "apps/helper/ActionNames.h"
-#include "tests/integration/RootHelperFixture.h"
+#include "tests/integration/helperclient/RootHelperFixture.h"
 
 #include <QDBusUnixFileDescriptor>
 

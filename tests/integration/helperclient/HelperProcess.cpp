@@ -7,7 +7,7 @@
 // Every call is noted in the file "calls", one a line: process id, member, first argument. The
 // method "End" ends it without a reply.
 
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/common/HelperNames.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxHelperInstaller.h"
+#include "platform/linux/helperclient/LinuxHelperInstaller.h"
 
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/common/HelperNames.h"
 #include "tests/support/FakeService.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/QtPrinters.h"

@@ -1,9 +1,10 @@
-#include "platform/linux/LinuxHelperTransport.h"
+#include "platform/linux/helperclient/LinuxHelperTransport.h"
 
 #include "core/SharedInstances.h"
-#include "helper/HelperTool.h"
+#include "helperclient/HelperTool.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "tests/integration/HelperFixture.h"
+#include "platform/linux/helperclient/LoadedExtensions.h"
+#include "tests/integration/helper/HelperFixture.h"
 #include "tests/support/FakeService.h"
 
 #include <QDBusConnectionInterface>
@@ -323,8 +324,9 @@ class HelperOfTheProgramTest : public HelperFixture {
   protected:
     void SetUp() override {
         HelperFixture::SetUp();
-        SharedInstances::reset(std::make_unique<LinuxPlatform>(session.connection(sessionName),
-                                                               bus->connection(connectionName)));
+        SharedInstances::reset(std::make_unique<LinuxPlatform>(
+            session.connection(sessionName), bus->connection(connectionName),
+            std::make_unique<PuttingBack>([this] { return bus->connection(connectionName); })));
     }
 
     void TearDown() override {
@@ -336,6 +338,16 @@ class HelperOfTheProgramTest : public HelperFixture {
     const QString sessionName = QStringLiteral("helper-session");
     PrivateBus session{PrivateBus::Type::Session};
 };
+
+TEST_F(HelperOfTheProgramTest, ListerOfExtensions_IsAnsweredByTheProgramItself) {
+    const auto task = platform().tasks().task(QStringLiteral("/usr/sbin/kextstat"),
+                                              {QStringLiteral("-b"), QStringLiteral("no.such")});
+    ASSERT_TRUE(task->launch());
+    EXPECT_FALSE(task->isRunning());
+    EXPECT_EQ(task->readOutput(),
+              QByteArray(loadedExtensionsHeader.data(),
+                         static_cast<qsizetype>(loadedExtensionsHeader.size())));
+}
 
 TEST_F(HelperOfTheProgramTest, Command_WaitsForTheInstallationAndFailsWithItsError) {
     HelperInstaller& installer = platform().helperInstaller();
@@ -355,13 +367,13 @@ TEST_F(HelperOfTheProgramTest, Command_WaitsForTheInstallationAndFailsWithItsErr
     connection.reset();
 }
 
-TEST_F(HelperOfTheProgramTest, Sleep_IsToldByTheWorkspace) {
+TEST_F(HelperOfTheProgramTest, Sleep_IsToldByThePlatform) {
     const QString logind = QStringLiteral("org.freedesktop.login1");
     FakeService service(*bus, logind, [](const QDBusMessage& call) { return call.createReply(); });
     QStringList told;
-    QObject::connect(&platform().workspace(), &Workspace::willSleep,
+    QObject::connect(&platform().sleepEvents(), &SleepEvents::willSleep,
                      [&told] { told.append(QStringLiteral("sleep")); });
-    QObject::connect(&platform().workspace(), &Workspace::didWake,
+    QObject::connect(&platform().sleepEvents(), &SleepEvents::didWake,
                      [&told] { told.append(QStringLiteral("wake")); });
     ASSERT_TRUE(waitUntil([&service] { return !service.calls().isEmpty(); }));
     for (const bool begins : {true, false}) {

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxOperatingSystem.h"
+#include "platform/linux/helperclient/LinuxOperatingSystem.h"
 
 #include "tests/support/FakeService.h"
 #include "tests/support/PrivateBus.h"

@@ -1,4 +1,4 @@
-#include "tests/integration/NotificationDesktopFixture.h"
+#include "tests/integration/notifications/NotificationDesktopFixture.h"
 
 #include <QJsonDocument>
 #include <QJsonValue>

@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxUserNotifications.h"
+#include "platform/linux/notifications/LinuxUserNotifications.h"
 
-#include "tests/integration/NotificationCenterFixture.h"
+#include "tests/integration/notifications/NotificationCenterFixture.h"
 
 #include <QSet>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/LinuxUserNotifications.h"
+#include "platform/linux/notifications/LinuxUserNotifications.h"
 #include "tests/support/FakeNotificationServer.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/WaitUntil.h"

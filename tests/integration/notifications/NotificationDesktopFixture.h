@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/integration/NotificationCenterFixture.h"
+#include "tests/integration/notifications/NotificationCenterFixture.h"
 #include "tests/support/Daemon.h"
 #include "tests/support/XServer.h"
 

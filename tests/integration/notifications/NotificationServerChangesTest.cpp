@@ -1,4 +1,4 @@
-#include "tests/integration/NotificationCenterFixture.h"
+#include "tests/integration/notifications/NotificationCenterFixture.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

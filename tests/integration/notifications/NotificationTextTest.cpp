@@ -1,4 +1,4 @@
-#include "platform/linux/NotificationText.h"
+#include "platform/linux/notifications/NotificationText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tests/integration/NotificationDesktopFixture.h"
+#include "tests/integration/notifications/NotificationDesktopFixture.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

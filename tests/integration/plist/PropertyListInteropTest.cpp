@@ -1,5 +1,6 @@
-#include "core/PropertyList.h"
+#include "plist/PropertyList.h"
 #include "tests/support/DescribeValue.h"
+#include "tests/support/Utc.h"
 
 #include <QDir>
 #include <QFile>
@@ -47,9 +48,8 @@ QVariantMap reference() {
         {QStringLiteral("reals"),
          QVariantList{0.0, 1.0, -72.125, 0.1, 1e22, 1e-7, Reals::max(), Reals::denorm_min(),
                       Reals::infinity(), -Reals::infinity(), -0.0, Reals::quiet_NaN()}},
-        {QStringLiteral("dates"),
-         QVariantList{QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59), Qt::UTC),
-                      QDateTime(QDate(1, 1, 1), QTime(0, 0), Qt::UTC)}},
+        {QStringLiteral("dates"), QVariantList{utc(QDate(2024, 2, 29), QTime(23, 59, 59)),
+                                               utc(QDate(1, 1, 1), QTime(0, 0))}},
         {QStringLiteral("data"), everyByte},
         {QStringLiteral("booleans"), QVariantList{true, false}},
         {QString(), QVariantMap{{QStringLiteral("key with <&> and 電池"), nested}}},

@@ -1,6 +1,7 @@
-#include "platform/linux/LinuxPowerSources.h"
+#include "platform/linux/power/LinuxPowerSources.h"
 
 #include "tests/support/FakeLaptop.h"
+#include "tests/support/OpenCounter.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/RecordingLog.h"
 #include "tests/support/WaitUntil.h"
@@ -41,9 +42,10 @@ class LinuxPowerSourcesTest : public testing::Test {
 
     void openPort(const QString& sysfs) {
         port = std::make_unique<LinuxPowerSources>(bus.connection(connectionName), log, sysfs);
-        QObject::connect(port.get(), &PowerSources::changed, port.get(), [this] {
-            announced.push_back({level(), port->timeRemainingEstimate()});
-        });
+        QObject::connect(port.get(), &PowerSources::changed, port.get(),
+                         [this](const PowerReading& reading) {
+                             announced.push_back({levelOf(reading), reading.timeRemaining});
+                         });
     }
 
     void openPort() { openPort(laptop->sysfs()); }
@@ -54,8 +56,8 @@ class LinuxPowerSourcesTest : public testing::Test {
     }
 
     /// -1 when there is no source, -2 when it is not present.
-    [[nodiscard]] double level() const {
-        const std::vector<PowerSource> sources = port->list();
+    [[nodiscard]] static double levelOf(const PowerReading& reading) {
+        const std::vector<PowerSource>& sources = reading.sources;
         if (sources.empty()) {
             return -1.0;
         }
@@ -65,17 +67,19 @@ class LinuxPowerSourcesTest : public testing::Test {
                    : -2.0;
     }
 
+    [[nodiscard]] double level() const { return levelOf(port->reading()); }
+
+    [[nodiscard]] double timeRemaining() const { return port->reading().timeRemaining; }
+
     [[nodiscard]] bool levelBecomes(double expected) const {
         return waitUntil([&] { return std::abs(level() - expected) < 0.0001; });
     }
 
     [[nodiscard]] bool timeBecomes(double expected) const {
-        return waitUntil([&] { return port->timeRemainingEstimate() == expected; });
+        return waitUntil([&] { return timeRemaining() == expected; });
     }
 
-    [[nodiscard]] bool isOnBattery() const {
-        return port->timeRemainingEstimate() != timeRemainingUnlimited;
-    }
+    [[nodiscard]] bool isOnBattery() const { return timeRemaining() != timeRemainingUnlimited; }
 
     [[nodiscard]] bool becomesOnBattery() const {
         return waitUntil([this] { return isOnBattery(); });
@@ -115,7 +119,7 @@ class LinuxPowerSourcesTest : public testing::Test {
 TEST_F(LinuxPowerSourcesTest, UPowerRuns_FirstReadingsAreThereWithoutAnEventLoop) {
     startUPowerAndOpenPort();
     EXPECT_DOUBLE_EQ(level(), 0.8);
-    EXPECT_EQ(port->timeRemainingEstimate(), timeRemainingUnlimited);
+    EXPECT_EQ(timeRemaining(), timeRemainingUnlimited);
     EXPECT_EQ(port->advancedBatteryInfo()->value(QStringLiteral("vendor")), QStringLiteral("ACME"));
     settle();
     EXPECT_TRUE(announced.empty());
@@ -199,7 +203,7 @@ TEST_F(LinuxPowerSourcesTest, BatteryOfAMouse_NeverCounts) {
     ASSERT_TRUE(levelBecomes(0.7));
     settle();
     EXPECT_EQ(announced.size(), 1U) << "the mouse itself is no news";
-    EXPECT_EQ(port->timeRemainingEstimate(), timeRemainingUnlimited);
+    EXPECT_EQ(timeRemaining(), timeRemainingUnlimited);
 }
 
 TEST_F(LinuxPowerSourcesTest, BatteryTakenOut_NoSource) {
@@ -249,7 +253,7 @@ TEST_F(LinuxPowerSourcesTest, UPowerKilledWhereTheKernelListsNoBattery_LastState
     laptop->uPower().kill();
     settle();
     EXPECT_DOUBLE_EQ(level(), 0.8);
-    EXPECT_EQ(port->timeRemainingEstimate(), 4.0 * 3600.0);
+    EXPECT_EQ(timeRemaining(), 4.0 * 3600.0);
     EXPECT_TRUE(announced.empty());
 
     laptop->run(QStringLiteral("charge 60 10"));
@@ -260,7 +264,7 @@ TEST_F(LinuxPowerSourcesTest, UPowerKilledWhereTheKernelListsNoBattery_LastState
 TEST_F(LinuxPowerSourcesTest, UPowerStartsLate_IsUsedFromThenOn) {
     openPort(bus.folder());
     EXPECT_EQ(level(), -1.0);
-    EXPECT_EQ(port->timeRemainingEstimate(), timeRemainingUnlimited);
+    EXPECT_EQ(timeRemaining(), timeRemainingUnlimited);
     ASSERT_TRUE(laptop->startUPower());
     EXPECT_TRUE(levelBecomes(0.8));
     EXPECT_TRUE(waitUntil([this] { return !announced.empty(); }));
@@ -279,7 +283,7 @@ TEST_F(LinuxPowerSourcesTest, UPowerCanBeStarted_IsAskedForAndMissedByNobody) {
 TEST_F(LinuxPowerSourcesTest, NoUPower_KernelsAnnouncementsAreEnough) {
     openPort();
     EXPECT_DOUBLE_EQ(level(), 0.8);
-    EXPECT_EQ(port->timeRemainingEstimate(), timeRemainingUnlimited);
+    EXPECT_EQ(timeRemaining(), timeRemainingUnlimited);
     laptop->run(QStringLiteral("unplug 10"));
     EXPECT_TRUE(waitUntil(
         [this] { return !announced.empty() && announced.back().timeRemaining == 4.0 * 3600.0; }));
@@ -289,12 +293,40 @@ TEST_F(LinuxPowerSourcesTest, NoUPower_KernelsAnnouncementsAreEnough) {
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
+TEST_F(LinuxPowerSourcesTest, NoUPower_OneLookAtTheSuppliesForTheStartAndForEachAnnouncement) {
+    // Read once whenever the battery is looked at, and written by nobody.
+    OpenCounter looks(laptop->sysfs() + QStringLiteral("/class/power_supply/BAT0/type"));
+    openPort();
+    settle();
+    EXPECT_EQ(looks.take(), 1);
+
+    for (int percent = 79; percent > 76; --percent) {
+        const std::size_t expected = announced.size() + 1;
+        laptop->run(QStringLiteral("set BAT0 capacity %1").arg(percent));
+        laptop->run(QStringLiteral("announce BAT0 change"));
+        ASSERT_TRUE(waitUntil([&] { return announced.size() == expected; }));
+        settle();
+        EXPECT_DOUBLE_EQ(announced.back().level, percent / 100.0);
+        EXPECT_EQ(looks.take(), 1);
+    }
+}
+
+TEST_F(LinuxPowerSourcesTest, NoUPower_AReadingIsOneLookAtTheSupplies) {
+    openPort();
+    settle();
+    OpenCounter looks(laptop->sysfs() + QStringLiteral("/class/power_supply/BAT0/type"));
+    const PowerReading reading = port->reading();
+    EXPECT_DOUBLE_EQ(levelOf(reading), 0.8);
+    EXPECT_EQ(reading.timeRemaining, timeRemainingUnlimited);
+    EXPECT_EQ(looks.take(), 1);
+}
+
 TEST_F(LinuxPowerSourcesTest, NoUPowerAndNoAnnouncement_EveryReadingIsFresh) {
     openPort();
     laptop->run(QStringLiteral("set BAT0 capacity 33"));
     EXPECT_DOUBLE_EQ(level(), 0.33);
     laptop->run(QStringLiteral("set AC online 0"));
-    EXPECT_EQ(port->timeRemainingEstimate(), timeRemainingUnknown);
+    EXPECT_EQ(timeRemaining(), timeRemainingUnknown);
 }
 
 TEST_F(LinuxPowerSourcesTest, NoUPower_SecondBatteryAndMouse) {
@@ -313,7 +345,7 @@ TEST_F(LinuxPowerSourcesTest, NoUPower_FeedingATelephoneIsNoExternalPower) {
     settle();
     EXPECT_TRUE(isOnBattery());
     laptop->run(QStringLiteral("set BAT0 status Charging"));
-    EXPECT_EQ(port->timeRemainingEstimate(), timeRemainingUnlimited);
+    EXPECT_EQ(timeRemaining(), timeRemainingUnlimited);
 }
 
 TEST_F(LinuxPowerSourcesTest, NoBusAtAll_KernelIsRead) {
@@ -327,7 +359,7 @@ TEST_F(LinuxPowerSourcesTest, NoBusAtAll_KernelIsRead) {
 TEST_F(LinuxPowerSourcesTest, NeitherUPowerNorSupplies_NothingKnown) {
     openPort(bus.folder());
     EXPECT_EQ(level(), -1.0);
-    EXPECT_EQ(port->timeRemainingEstimate(), timeRemainingUnlimited);
+    EXPECT_EQ(timeRemaining(), timeRemainingUnlimited);
     EXPECT_FALSE(port->advancedBatteryInfo());
 }
 

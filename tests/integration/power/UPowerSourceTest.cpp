@@ -1,4 +1,4 @@
-#include "platform/linux/UPowerSource.h"
+#include "platform/linux/power/UPowerSource.h"
 
 #include "tests/support/FakeService.h"
 #include "tests/support/PrivateBus.h"

@@ -1,4 +1,4 @@
-#include "tests/integration/ProcessesFixture.h"
+#include "tests/integration/processes/ProcessesFixture.h"
 
 #include <QDir>
 
@@ -32,8 +32,8 @@ TEST_F(LinuxProcessesTest, LeaderOfItsGroup_IsStoppedAndResumedWithAllOfIt) {
 TEST_F(LinuxProcessesTest, StartedByAScriptInTheScriptsGroup_TheScriptRunsOn) {
     const std::int32_t outer =
         idOf(script("bash -c 'sleep 1000 & echo child $!; echo ready; wait' & echo main $!;"
-                    "sleep 1000 & echo sibling $!; wait",
-                    Group::ItsOwn));
+                    "sleep 1000 & echo sibling $!; echo ready; wait",
+                    Group::ItsOwn, 2));
     processes->stop(pid("main"));
     EXPECT_TRUE(stops(pid("main")));
     EXPECT_TRUE(stops(pid("child")));
@@ -70,7 +70,9 @@ TEST_F(LinuxProcessesTest, SessionOfItsOwn_OrphansInItAreStoppedToo) {
 TEST_F(LinuxProcessesTest, JobOfAShell_TheShellAndItsOtherJobsRunOn) {
     const std::int32_t shell =
         idOf(script("set -m; sleep 1000 & echo other $!;"
-                    "bash -c 'sleep 1000 & echo child $!; echo ready; wait' & echo main $!; wait"));
+                    "bash -c 'sleep 1000 & echo child $!; echo ready; wait' & echo main $!;"
+                    "echo ready; wait",
+                    Group::OfTheTest, 2));
     ASSERT_EQ(ProcessTable::look(pid("main"))->group, pid("main"));
     processes->stop(pid("main"));
     EXPECT_TRUE(stops(pid("main")));
@@ -228,6 +230,7 @@ TEST_F(LinuxProcessesTest, StoppedBySomebodyElse_StaysStopped) {
     EXPECT_TRUE(runs(main));
     EXPECT_TRUE(runs(pid("two")));
     EXPECT_TRUE(isStopped(pid("one")));
+    sendTo(pid("one"), SIGKILL); // nobody else would end it before the next test
 }
 
 TEST_F(LinuxProcessesTest, StoppedTwice_OneResumeIsEnough) {

@@ -1,4 +1,4 @@
-#include "tests/integration/PidNamespace.h"
+#include "tests/integration/processes/PidNamespace.h"
 
 #include <array>
 #include <cerrno>

@@ -4,8 +4,8 @@
 //   process_scenarios storm                 three threads that start processes without end
 //   process_scenarios resident PID GUARD    stops the application and waits to be killed
 
-#include "platform/linux/LinuxLog.h"
-#include "platform/linux/LinuxProcesses.h"
+#include "platform/linux/common/LinuxLog.h"
+#include "platform/linux/processes/LinuxProcesses.h"
 
 #include <QCoreApplication>
 
@@ -89,7 +89,7 @@ void writeStateOfChild(int /*signal*/) {
 int residentThatStops(const QStringList& arguments) {
     LinuxLog log;
     PuttingBackJournal journal(PuttingBackJournal::defaultPath(), log);
-    LinuxProcesses processes(journal, log, {}, arguments.at(3));
+    LinuxProcesses processes(journal, log, arguments.at(3));
     processes.stop(arguments.at(2).toInt());
     std::printf("ready\n");
     std::fflush(stdout);

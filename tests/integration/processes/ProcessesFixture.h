@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/LinuxProcesses.h"
-#include "tests/integration/PidNamespace.h"
+#include "platform/linux/processes/LinuxProcesses.h"
+#include "tests/integration/processes/PidNamespace.h"
 #include "tests/support/RecordingLog.h"
 #include "tests/support/WaitUntil.h"
 
@@ -46,7 +46,8 @@ class ProcessesFixture : public testing::Test {
                   const QString& guard = QStringLiteral(QUORVANE_PROGRAM)) {
         processes.reset();
         journal = std::make_unique<PuttingBackJournal>(PuttingBackJournal::defaultPath(), log);
-        processes = std::make_unique<LinuxProcesses>(*journal, log, applications, guard);
+        processes = std::make_unique<LinuxProcesses>(*journal, log, guard);
+        processes->setApplications(applications);
     }
 
     enum class Group { OfTheTest, ItsOwn };
@@ -72,9 +73,10 @@ class ProcessesFixture : public testing::Test {
         return process;
     }
 
-    QProcess& script(const char* text, Group group = Group::OfTheTest) {
-        return start(QStringLiteral("bash"), {QStringLiteral("-c"), QString::fromUtf8(text)},
-                     group);
+    /// A script whose parts run side by side says "ready" once for each.
+    QProcess& script(const char* text, Group group = Group::OfTheTest, int ready = 1) {
+        return start(QStringLiteral("bash"), {QStringLiteral("-c"), QString::fromUtf8(text)}, group,
+                     ready);
     }
 
     QProcess& scenario(const QStringList& arguments, Group group = Group::OfTheTest,

@@ -1,5 +1,5 @@
-#include "platform/linux/StoppedProcess.h"
-#include "tests/integration/ProcessesFixture.h"
+#include "platform/linux/processes/StoppedProcess.h"
+#include "tests/integration/processes/ProcessesFixture.h"
 
 #include <algorithm>
 #include <array>

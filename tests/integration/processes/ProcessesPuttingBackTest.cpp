@@ -1,4 +1,4 @@
-#include "tests/integration/ProcessesFixture.h"
+#include "tests/integration/processes/ProcessesFixture.h"
 #include "tests/support/PrivateBus.h"
 
 #include <QDir>

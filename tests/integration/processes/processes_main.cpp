@@ -1,7 +1,7 @@
 // Runs the tests in a PID namespace of their own: whatever goes wrong in there, no signal reaches a
 // process outside, and all that was started ends with the tests.
 
-#include "tests/integration/PidNamespace.h"
+#include "tests/integration/processes/PidNamespace.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>

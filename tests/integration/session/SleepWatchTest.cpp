@@ -1,6 +1,6 @@
-#include "platform/linux/SleepWatch.h"
+#include "platform/linux/session/SleepWatch.h"
 
-#include "tests/integration/HelperFixture.h"
+#include "tests/integration/helper/HelperFixture.h"
 #include "tests/support/FakeLaptop.h"
 #include "tests/support/FakeService.h"
 #include "tests/support/RecordingLog.h"

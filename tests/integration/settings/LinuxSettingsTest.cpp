@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxSettings.h"
+#include "platform/linux/settings/LinuxSettings.h"
 
-#include "tests/integration/SettingsTest.h"
+#include "tests/integration/settings/SettingsTest.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "tests/integration/SettingsTest.h"
+#include "tests/integration/settings/SettingsTest.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QFile>

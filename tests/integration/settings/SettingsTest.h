@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Log.h"
-#include "platform/linux/LinuxSettings.h"
+#include "platform/linux/settings/LinuxSettings.h"
 #include "tests/support/QtPrinters.h"
 
 #include <QByteArray>

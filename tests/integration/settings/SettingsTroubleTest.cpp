@@ -1,5 +1,5 @@
-#include "platform/linux/FileLock.h"
-#include "tests/integration/SettingsTest.h"
+#include "platform/linux/common/FileLock.h"
+#include "tests/integration/settings/SettingsTest.h"
 
 #include <QDir>
 #include <QFile>

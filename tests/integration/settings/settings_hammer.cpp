@@ -9,7 +9,7 @@
 // was stored is gone. Log lines go to standard error.
 
 #include "platform/Log.h"
-#include "platform/linux/LinuxSettings.h"
+#include "platform/linux/settings/LinuxSettings.h"
 
 #include <QCoreApplication>
 

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "platform/linux/DBusMenuInterface.h"
-#include "platform/linux/DBusMenuTypes.h"
-#include "platform/linux/LinuxStatusBar.h"
-#include "platform/linux/StatusNotifierInterface.h"
-#include "platform/linux/StatusNotifierTypes.h"
-#include "tests/integration/SampleMenu.h"
+#include "platform/linux/statusitem/LinuxStatusBar.h"
+#include "tests/integration/statusitem/SampleMenu.h"
 #include "tests/support/FakeService.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/QtPrinters.h"

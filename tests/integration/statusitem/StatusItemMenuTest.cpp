@@ -1,4 +1,4 @@
-#include "tests/integration/StatusItemFixture.h"
+#include "tests/integration/statusitem/StatusItemFixture.h"
 
 namespace quorvane::test {
 

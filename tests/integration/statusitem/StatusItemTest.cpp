@@ -1,5 +1,5 @@
-#include "platform/linux/StatusImages.h"
-#include "tests/integration/StatusItemFixture.h"
+#include "platform/linux/statusitem/StatusImages.h"
+#include "tests/integration/statusitem/StatusItemFixture.h"
 
 #include <QDBusObjectPath>
 #include <QFile>

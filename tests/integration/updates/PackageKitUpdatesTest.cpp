@@ -1,4 +1,4 @@
-#include "platform/linux/PackageKitUpdates.h"
+#include "platform/linux/updates/PackageKitUpdates.h"
 
 #include "tests/support/FakeService.h"
 #include "tests/support/PrivateBus.h"

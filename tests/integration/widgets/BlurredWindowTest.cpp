@@ -1,7 +1,7 @@
-#include "apps/window/BlurredWindow.h"
+#include "widgets/BlurredWindow.h"
 
-#include "apps/window/EffectView.h"
 #include "tests/support/QtPrinters.h"
+#include "widgets/EffectView.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -1,4 +1,4 @@
-#include "apps/window/DummyControl.h"
+#include "widgets/DummyControl.h"
 
 #include "tests/support/QtPrinters.h"
 

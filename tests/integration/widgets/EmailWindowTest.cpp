@@ -1,6 +1,6 @@
-#include "apps/window/CollectEmailWindow.h"
-#include "apps/window/LayoutWindowController.h"
 #include "tests/support/QtPrinters.h"
+#include "widgets/CollectEmailWindow.h"
+#include "widgets/LayoutWindowController.h"
 
 #include <QLineEdit>
 #include <QPushButton>

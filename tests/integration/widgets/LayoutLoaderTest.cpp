@@ -1,11 +1,11 @@
-#include "apps/window/LayoutLoader.h"
+#include "widgets/LayoutLoader.h"
 
-#include "apps/window/DebugMenu.h"
-#include "apps/window/DummyControl.h"
-#include "apps/window/SplashWindowController.h"
-#include "apps/window/WhiteView.h"
-#include "tests/integration/PrefixTranslator.h"
+#include "tests/integration/widgets/PrefixTranslator.h"
 #include "tests/support/QtPrinters.h"
+#include "widgets/DebugMenu.h"
+#include "widgets/DummyControl.h"
+#include "widgets/SplashWindowController.h"
+#include "widgets/WhiteView.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -1,9 +1,9 @@
-#include "apps/window/BlurredWindow.h"
-#include "apps/window/FeatureGlyph.h"
-#include "apps/window/LayoutLoader.h"
-#include "apps/window/SplashWindowController.h"
-#include "tests/integration/PrefixTranslator.h"
+#include "tests/integration/widgets/PrefixTranslator.h"
 #include "tests/support/QtPrinters.h"
+#include "widgets/BlurredWindow.h"
+#include "widgets/FeatureGlyph.h"
+#include "widgets/LayoutLoader.h"
+#include "widgets/SplashWindowController.h"
 
 #include <QLabel>
 #include <QPushButton>

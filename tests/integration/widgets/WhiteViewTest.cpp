@@ -1,4 +1,4 @@
-#include "apps/window/WhiteView.h"
+#include "widgets/WhiteView.h"
 
 #include <QImage>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxWindows.h"
+#include "platform/linux/windows/LinuxWindows.h"
 
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RecordingLog.h"

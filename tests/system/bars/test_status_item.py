@@ -7,7 +7,7 @@ import unittest
 from desktop import FIXTURES, Desktop, end_with_parent, wait_until
 from hosts import AyatanaIndicator, Waybar, XfcePanel
 
-PROGRAM = os.environ["QUORVANE_STATUS_ITEM_PROCESS"]
+PROGRAM = os.path.join(os.environ["QUORVANE_TEST_PROGRAMS"], "status_item_process")
 IMAGES = os.path.join(FIXTURES, "status-images")
 
 

@@ -6,7 +6,6 @@ import os
 import unittest
 
 from container import Container
-from desktop import PROGRAMS
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 LIMIT = 150  # seconds; a browser starts slowly in a copy of the machine
@@ -20,11 +19,8 @@ class UserManagerTest(unittest.TestCase):
         self.assertEqual(container.run("systemctl", "start", "user@0.service").returncode, 0)
         sanitizers = [f"{key}={value}" for key, value in os.environ.items()
                       if key.endswith("SAN_OPTIONS")]
-        done = container.run(
-            "sh", "-c", f"cd {HERE} && exec /usr/bin/python3 -W ignore -m unittest "
-            f"user_manager_checks.UserManagerChecks.{name}", timeout=LIMIT,
-            environment=["QUORVANE_APP=" + os.path.dirname(os.path.dirname(PROGRAMS)), *sanitizers])
-        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        container.unittest(HERE, f"user_manager_checks.UserManagerChecks.{name}", LIMIT,
+                           sanitizers)
 
     def test_browsers_in_scopes_are_stopped_and_resumed(self):
         self.check("scopes")

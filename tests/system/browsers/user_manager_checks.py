@@ -1,6 +1,7 @@
 """What test_user_manager runs inside of its container."""
 
 import os
+import pathlib
 import signal
 import subprocess
 import unittest
@@ -11,7 +12,7 @@ from desktop import NAME, PATIENCE, PROGRAMS, Desktop, wait_until
 
 OTHER = "Event Tester"
 RUNTIME = "/run/user/0"
-PACKAGING = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "packaging")
+PACKAGING = str(pathlib.Path(__file__).resolve().parents[3] / "packaging")
 PASS = 60
 
 

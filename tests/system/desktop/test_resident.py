@@ -356,7 +356,9 @@ class ResidentTest(ResidentSession):
 
     def test_help_version_and_nonsense(self):
         desktop = self.desktop.start(90)
-        self.assertIn("--restore", desktop.run("--help").stdout)
+        usage = desktop.run("--help").stdout
+        self.assertIn("--restore", usage)
+        self.assertIn("AppNapModuleTimeInterval=minutes", usage)
         self.assertRegex(desktop.run("--version").stdout, r"^quorvane \d+\.\d+\.\d+$")
         self.assertEqual(desktop.run("--nonsense").returncode, 1)
         self.assertEqual(desktop.run("nonsense").returncode, 2)

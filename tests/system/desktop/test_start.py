@@ -188,6 +188,28 @@ class StartTest(ResidentSession):
         self.wait_for_brightness(DIMMED)
         self.assertIsNone(desktop.processes["quorvane"].poll())
 
+    def test_windows_speak_the_language_of_the_menu(self):
+        self.desktop.start(90)
+        self.prepare(self.desktop)
+        english, french, german = ((WELCOME, QUIT),
+                                   ("Bienvenue dans Quorvane", "Quitter Quorvane"),
+                                   ("Willkommen bei Quorvane", "Quorvane beenden"))
+        for environment, (title, item) in (
+                ({"LANGUAGE": "en:fr"}, english), ({"LANGUAGE": "fr:en"}, french),
+                ({"LANGUAGE": "ja:de:en"}, german), ({"LC_MESSAGES": "de_AT.UTF-8"}, german),
+                ({"LC_ALL": "C", "LANGUAGE": "fr"}, english)):
+            with self.subTest(**environment):
+                os.remove(self.desktop.settings_file)  # so that it is the first start
+                quorvane = self.desktop.spawn("quorvane", [os.path.join(PROGRAMS, "quorvane")],
+                                              {"LANG": "en_US.UTF-8", **environment})
+                try:
+                    self.wait_for_window(f"^{title}$")
+                    click_item(self.desktop, item)
+                    self.assertEqual(quorvane.wait(PATIENCE), 0)
+                finally:
+                    self.desktop.end("quorvane")  # not to be there at the next language
+                wait_until(lambda: not self.window_processes(), "the end of the window's process")
+
     def test_start_records_where_the_application_lies(self):
         desktop = self.start(90)
         self.assertEqual(desktop.setting("AppLocation"),

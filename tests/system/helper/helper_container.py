@@ -26,8 +26,4 @@ class HelperContainerTest(unittest.TestCase):
         helper_files.stage(root + helper_files.STAGED)
         if self.is_packaged:
             helper_files.unpack(root + helper_files.STAGED, root)
-        done = container.run(
-            "sh", "-c", f"cd {HERE} && exec /usr/bin/python3 -W ignore -m unittest "
-            f"{self.checks}.{name}", timeout=LIMIT,
-            environment=["QUORVANE_APP=" + os.environ["QUORVANE_APP"]])
-        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        container.unittest(HERE, f"{self.checks}.{name}", LIMIT)

@@ -3,9 +3,11 @@ bundle, is replaced and removed."""
 
 import os
 import shutil
+import stat
 import subprocess
 
 import power_attributes
+from container import CHANGED, UNCHANGED
 from desktop import PROGRAMS, wait_until
 from helper_callers import Session, root
 from helper_files import (BUILT, INSTALLATION, INSTALLED, MADE_OF, NAME, PACKAGE, PACKAGED, RUNTIME,
@@ -16,11 +18,17 @@ WATCHED = ("/usr", "/etc", "/opt", "/var/lib")
 
 
 def everything():
-    """{path: (owner, group, mode)} of all that an installation could leave anywhere."""
-    lines = subprocess.run(["find", *WATCHED, "-printf", r"%p\t%U\t%G\t%m\n"],
-                           capture_output=True, text=True, check=True).stdout.splitlines()
-    found = [line.split("\t") for line in lines]
-    return {path: (int(user), int(group), int(mode, 8)) for path, user, group, mode in found}
+    """{path: (owner, group, mode)} of all that is here and not on the machine, which is where an
+    installation could leave something. The machine's own files are too many to look at each time."""
+    found = {}
+    places = [CHANGED + place for place in WATCHED if os.path.isdir(CHANGED + place)]
+    for name in (os.path.join(place, name) for top in places
+                 for place, folders, files in os.walk(top) for name in folders + files):
+        path = name.removeprefix(CHANGED)
+        if not os.path.lexists(UNCHANGED + path):
+            status = os.lstat(name)
+            found[path] = (status.st_uid, status.st_gid, stat.S_IMODE(status.st_mode))
+    return found
 
 
 def is_of_the_helper(path):

@@ -6,13 +6,11 @@ import re
 import subprocess
 
 from desktop import wait_until
-from helper_files import BUILD, DISABLE_TURBO
+from helper_files import DISABLE_TURBO
 from helper_machine import POLKIT, Connection, HelperMachine
 
-SUPPORT = os.path.join(BUILD, "tests", "support")
-LOAD_CALLER = os.path.join(SUPPORT, "load_caller")
-YES_POLKIT = os.path.join(SUPPORT, "yes_polkit")
-
+LOAD_CALLER = os.path.join(os.environ["QUORVANE_TEST_PROGRAMS"], "load_caller")
+YES_POLKIT = os.path.join(os.environ["QUORVANE_TEST_PROGRAMS"], "yes_polkit")
 
 # The distribution lets polkit's own user have the name, and nobody else.
 POLICY = f"""<busconfig><policy user="root"><allow own="{POLKIT}"/></policy></busconfig>"""

@@ -1,6 +1,7 @@
 """The files by which a desktop session starts the program."""
 
 import os
+import pathlib
 import shutil
 import subprocess
 import tempfile
@@ -10,7 +11,7 @@ from gi.repository import GLib
 
 from desktop import PROGRAMS
 
-PACKAGING = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "packaging")
+PACKAGING = str(pathlib.Path(__file__).resolve().parents[3] / "packaging")
 UNIT = os.path.join(PACKAGING, "systemd", "quorvane.service")
 AUTOSTART = os.path.join(PACKAGING, "autostart", "com.TarnwickStudios.quorvane.desktop")
 

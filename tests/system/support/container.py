@@ -2,6 +2,7 @@
 that is thrown away at the end. Nothing outside can be reached by signals from there."""
 
 import os
+import pathlib
 import shutil
 import signal
 import subprocess
@@ -11,7 +12,7 @@ import unittest
 
 from desktop import PATIENCE, wait_until
 
-SOURCES = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+SOURCES = str(pathlib.Path(__file__).resolve().parents[3])
 
 # $1 the folder of the container, $2 its name, $3 the folder that it shares
 BOOT = """set -e
@@ -19,7 +20,8 @@ mount -t cgroup2 none /sys/fs/cgroup
 mkdir -p "/sys/fs/cgroup/$2"
 echo $$ > "/sys/fs/cgroup/$2/cgroup.procs"
 mount -t tmpfs -o size=2g tmpfs "$1"
-mkdir "$1/upper" "$1/work" "$1/root"
+mkdir "$1/upper" "$1/work" "$1/root" "$1/lower"
+mount --bind / "$1/lower"
 mount -t overlay overlay -o "lowerdir=/,upperdir=$1/upper,workdir=$1/work" "$1/root"
 units="$1/root/etc/systemd/system"
 mkdir -p "$units"
@@ -30,8 +32,12 @@ done
 rm -f "$1/root/etc/machine-id"
 systemd-machine-id-setup --root="$1/root" >/dev/null
 exec systemd-nspawn -D "$1/root" -b --register=no --keep-unit --machine="$2" --private-network \\
-  --console=pipe --bind-ro="$3"
+  --console=pipe --bind-ro="$3" --bind-ro="$1/upper:/run/of-the-container:norbind" \\
+  --bind-ro="$1/lower:/run/of-the-machine:norbind"
 """
+
+# Where the container finds what it has changed of the machine's files, and the files themselves.
+CHANGED, UNCHANGED = "/run/of-the-container", "/run/of-the-machine"
 
 ENVIRONMENT = ["env", "-i", "PATH=/usr/sbin:/usr/bin:/sbin:/bin", "TERM=dumb", "LANG=C.UTF-8",
                "HOME=/root", "PYTHONDONTWRITEBYTECODE=1"]
@@ -82,6 +88,16 @@ class Container:
             ["nsenter", "-t", self.leader, "-m", "-u", "-i", "-p", "-n", "-C", *ENVIRONMENT,
              *environment, *command], stdin=subprocess.DEVNULL, capture_output=True, text=True,
             check=False, timeout=timeout)
+
+    def unittest(self, folder, name, limit, environment=()):
+        """Runs a test of the folder's modules in there. `limit` in seconds."""
+        done = self.run(
+            "sh", "-c", f"cd {folder} && exec /usr/bin/python3 -W ignore -m unittest {name}",
+            timeout=limit, environment=[
+                "PYTHONPATH=" + os.environ["PYTHONPATH"],
+                "QUORVANE_APP=" + os.environ["QUORVANE_APP"], *environment])
+        if done.returncode != 0:
+            raise AssertionError(done.stdout + done.stderr)
 
     def stop(self):
         if self.process is not None and self.process.poll() is None:

@@ -12,10 +12,11 @@ import sys
 import tempfile
 import time
 
-FIXTURES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "fixtures")
+FIXTURES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "fixtures")
 sys.path.insert(0, FIXTURES)
 
 from fake_laptop import FakeLaptop, end_with_parent, environment  # noqa: E402
+from session_bus import Bus  # noqa: E402
 
 PROGRAMS = os.path.join(os.environ["QUORVANE_APP"], "Contents", "Linux")
 NAME = "com.TarnwickStudios.quorvane"
@@ -26,6 +27,7 @@ BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration
 <busconfig>
   <type>{kind}</type>
   <listen>unix:path={socket}</listen>
+  <servicedir>{services}</servicedir>
   <auth>EXTERNAL</auth>
   <policy context="default">
     <allow user="*"/>
@@ -53,15 +55,17 @@ DUNSTRC = """[global]
 
 
 def wait_until(condition, what, limit=PATIENCE):
-    """Waits until the condition gives something true, and gives that."""
-    end = time.monotonic() + limit
+    """Waits until the condition gives something true, and gives that. Looks the less often the
+    longer it waits, because some conditions take a process or a picture."""
+    began = time.monotonic()
     while True:
         value = condition()
         if value:
             return value
-        if time.monotonic() > end:
+        waited = time.monotonic() - began
+        if waited > limit:
             raise AssertionError(f"waited {limit} s in vain: {what}")
-        time.sleep(0.02)
+        time.sleep(min(0.02 + waited / 10, 0.2))
 
 
 class Desktop:
@@ -80,6 +84,8 @@ class Desktop:
             # the fake laptop is preloaded, so it comes before the sanitizer's own library
             ASAN_OPTIONS="verify_asan_link_order=0:" + os.environ.get("ASAN_OPTIONS", ""),
             UBSAN_OPTIONS=os.environ.get("UBSAN_OPTIONS", ""))
+        self.buses = {kind: Bus(self.env[f"DBUS_{kind.upper()}_BUS_ADDRESS"])
+                      for kind in ("session", "system")}
         for folder in ("home/.config", "home/.local/share", "run"):
             os.makedirs(self.path(folder), mode=0o700)
 
@@ -109,6 +115,8 @@ class Desktop:
             self.control("leave", former, str(pid))
         for terminal in self.terminals:  # a shell at a terminal ends with that, by no signal of ours
             os.close(terminal)
+        for bus in self.buses.values():
+            bus.close()
         for name in reversed(list(self.processes)):
             self.end(name)
         if self.laptop:
@@ -151,7 +159,8 @@ class Desktop:
     def start_bus(self, kind):
         configuration = self.path(kind + ".conf")
         with open(configuration, "w", encoding="utf-8") as file:
-            file.write(BUS.format(kind=kind, socket=self.path(kind + ".bus")))
+            file.write(BUS.format(kind=kind, socket=self.path(kind + ".bus"),
+                                  services=self.path(kind + ".services")))
         self.spawn(kind, ["dbus-daemon", "--nofork", "--nopidfile",
                           "--config-file=" + configuration])
         wait_until(lambda: os.path.exists(self.path(kind + ".bus")), kind + " bus")
@@ -187,9 +196,11 @@ class Desktop:
                               check=False)
 
     def start_x(self):
+        """Without a picture of the pointer, which a look at the screen would take for a change."""
         reading, writing = os.pipe()
         self.spawn("xvfb", ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x800x24",
-                            "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
+                            "-nolisten", "tcp", "-noreset", "-nocursor", "-fbdir", self.folder],
+                   pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as stream:
             self.env["DISPLAY"] = ":" + stream.readline().strip()
@@ -209,16 +220,8 @@ class Desktop:
         self.spawn("dunst", ["dunst", "-conf", self.path("dunstrc")])
         wait_until(lambda: self.has_owner("session", "org.freedesktop.Notifications"), "dunst")
 
-    def call(self, bus, destination, path, method, *arguments):
-        command = ["gdbus", "call", f"--{bus}", "-d", destination, "-o", path, "-m", method,
-                   *arguments]
-        done = subprocess.run(command, env=self.env, capture_output=True, text=True, check=False,
-                              timeout=PATIENCE)
-        return done.stdout.strip() if done.returncode == 0 else None
-
     def has_owner(self, bus, name):
-        return self.call(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                         "org.freedesktop.DBus.NameHasOwner", name) == "(true,)"
+        return self.buses[bus].call_bus("NameHasOwner", name) is True
 
     # --- what the user does
 
@@ -301,8 +304,9 @@ class Desktop:
 
     def displayed(self):
         """How many notifications are on the screen."""
-        return int(subprocess.run(["dunstctl", "count", "displayed"], env=self.env, check=True,
-                                  capture_output=True, text=True, timeout=PATIENCE).stdout)
+        return self.buses["session"].property(
+            "org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+            "org.dunstproject.cmd0", "displayedLength")
 
     def journal(self):
         """What a crash now would have to be put back from."""
@@ -315,6 +319,11 @@ class Desktop:
             except (FileNotFoundError, IsADirectoryError):
                 pass  # gone since, as a journal goes when nothing is left in it
         return entries
+
+    @property
+    def framebuffer(self):
+        """The file, in X's own format, that holds what is on the screen at any time."""
+        return self.path("Xvfb_screen0")
 
     def screenshot(self, path):
         subprocess.run(["import", "-window", "root", path], env=self.env, check=True,

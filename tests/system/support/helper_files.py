@@ -1,6 +1,7 @@
 """The built helper: its names, and its installation as a distribution's package brings it."""
 
 import os
+import pathlib
 import shutil
 import subprocess
 
@@ -43,7 +44,7 @@ INSTALLATION = {
     f"/usr/share/polkit-1/actions/{NAME}.policy": 0o644,
 }
 
-SOURCES = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+SOURCES = str(pathlib.Path(__file__).resolve().parents[3])
 
 # What the installed files are made of; "@FOLDER@" is filled in.
 MADE_OF = {

@@ -2,12 +2,15 @@
 
 import os
 import re
+import shutil
 import signal
+import struct
 import subprocess
 import time
 
 import host_settings
 from desktop import PATIENCE, wait_until
+from menu import layout
 
 XFCONFD = "/usr/lib/x86_64-linux-gnu/xfce4/xfconf/xfconfd"
 INDICATORS = "/usr/libexec/ayatana-indicator-application/ayatana-indicator-application-service"
@@ -58,8 +61,9 @@ class Host:
         self.prepare()
         self.launch()
         self.wait_for_host()
+        wait_until(self.is_drawn, "the bar on the screen")
         if self.empty is None and not self.items():
-            self.empty = self.still_picture("empty")
+            self.empty = self.still_picture("empty", rest=1.0)
         return self
 
     def stop(self):
@@ -99,45 +103,65 @@ class Host:
     # --- what the bar knows
 
     def watcher_property(self, name):
-        return self.desktop.call("session", WATCHER, "/StatusNotifierWatcher",
-                                 "org.freedesktop.DBus.Properties.Get", WATCHER, name) or ""
+        return self.desktop.buses["session"].property(WATCHER, "/StatusNotifierWatcher", WATCHER,
+                                                      name)
 
     def wait_for_host(self):
-        wait_until(lambda: "true" in self.watcher_property("IsStatusNotifierHostRegistered"),
+        wait_until(lambda: self.watcher_property("IsStatusNotifierHostRegistered"),
                    "a bar that takes items")
 
     def items(self):
         """The items that have registered."""
-        return re.findall(r"'(.+?)'", self.watcher_property("RegisteredStatusNotifierItems"))
+        return self.watcher_property("RegisteredStatusNotifierItems") or []
 
     # --- what the user sees
 
-    def screenshot(self, path):
-        self.desktop.screenshot(path)
-
     def picture(self, name):
-        path = self.desktop.path(name + ".png")
-        self.screenshot(path)
+        path = self.desktop.path(name + ".xwd")
+        shutil.copyfile(self.desktop.framebuffer, path)
         return path
+
+    @staticmethod
+    def rows_of_pixels(path, region):
+        """The bytes of the region, which is as wide as the screen."""
+        top, height = int(region.split("+")[2]), int(region.partition("x")[2].partition("+")[0])
+        with open(path, "rb") as file:
+            header = struct.unpack(">25I", file.read(100))
+            size, bytes_per_line, colours = header[0], header[12], header[19]
+            file.seek(size + 12 * colours + top * bytes_per_line)
+            return file.read(height * bytes_per_line)
+
+    def is_drawn(self):
+        """Whether the bar, where it is empty, looks different from what is below it."""
+        picture = self.picture("drawn")
+        bar, below = (self.rows_of_pixels(picture, f"1280x1+0+{y}")[4 * 100:4 * 101]
+                      for y in (15, 400))
+        return bar != below
 
     def difference(self, before, now, region):
         """The smallest place in the region that holds every pixel that differs, or None."""
+        if self.rows_of_pixels(before, region) == self.rows_of_pixels(now, region):
+            return None
         box = subprocess.run(
-            ["convert", before, now, "-crop", region, "+repage", "-compose", "difference",
+            ["convert", "xwd:" + before, "xwd:" + now, "-crop", region, "+repage", "-compose", "difference",
              "-composite", "-colorspace", "gray", "-threshold", "6%", "-format", "%@ %[fx:maxima]",
              "info:"], env=self.desktop.env, check=True, capture_output=True, text=True,
             timeout=PATIENCE).stdout
         width, height, x, y, most = (float(n) for n in
                                      re.match(r"(\d+)x(\d+)\+(\d+)\+(\d+) (\S+)", box).groups())
         left, top = map(int, region.split("+")[1:])
-        return Place(int(x) + left, int(y) + top, int(width), int(height)) if most else None
+        if not most:
+            return None
+        if not width:  # what is the same everywhere has no box: all of the region differs
+            return Place(left, top, *map(int, region.partition("+")[0].split("x")))
+        return Place(int(x) + left, int(y) + top, int(width), int(height))
 
-    def still_picture(self, name):
-        """A picture of the screen when nothing has changed for a moment."""
+    def still_picture(self, name, rest=0.3):
+        """A picture of the screen when nothing has changed for a moment, in seconds."""
         pictures = [self.picture(name + "-0")]
 
         def is_still():
-            time.sleep(0.3)
+            time.sleep(rest)
             pictures.append(self.picture(f"{name}-{len(pictures) % 2}"))
             return self.difference(pictures[-2], pictures[-1], self.SCREEN) is None
         wait_until(is_still, "a screen that stays as it is")
@@ -152,8 +176,12 @@ class Host:
         wait_until(lambda: self.icon_place() is None, "the bar without the item")
 
     def wait_for_icon(self):
-        wait_until(lambda: self.difference(self.empty, self.picture("waiting"), self.BAR),
-                   "the item in the bar")
+        whole = int(self.BAR.partition("x")[0])
+
+        def shows():
+            place = self.difference(self.empty, self.picture("waiting"), self.BAR)
+            return place and place.width < whole  # else the bar is not drawn yet
+        wait_until(shows, "the item in the bar")
         return self.icon_place()
 
     # --- what the user does
@@ -187,13 +215,8 @@ class Host:
     def rows(self):
         """The titles of the menu's lines; None for a separator."""
         name = self.items()[0].partition("/")[0]
-        layout = self.desktop.call("session", name, "/MenuBar",
-                                   "com.canonical.dbusmenu.GetLayout", "0", "1", "[]")
-        rows = []
-        for properties in re.findall(r"<\(\d+, \{(.*?)\}, ", layout):
-            label = re.search(r"'label': <(['\"])(.*?)\1>", properties)
-            rows.append(label and label.group(2).replace("__", "_"))
-        return rows
+        labels = [properties.get("label") for _, properties, _ in layout(self.desktop, name, 1)]
+        return [label and label.replace("__", "_") for label in labels]
 
     def press(self, *keys):
         for key in keys:

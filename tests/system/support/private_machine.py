@@ -6,19 +6,21 @@ usage: private_machine.py TEST
 """
 
 import os
+import pathlib
 import subprocess
 import sys
 
-SOURCES = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+SOURCES = str(pathlib.Path(__file__).resolve().parents[3])
 
 UNSHARE = ["unshare", "--mount", "--propagation", "private", "--pid", "--fork", "--kill-child",
            "--mount-proc"]
 
-# $1 the clone, which may lie in /tmp. The rest is the command; the shell stays as the first process
-# and sees to those that lose their parents.
+# $1 the clone, which may lie in /tmp, $2 the folder to work in. The rest is the command; the shell
+# stays as the first process and sees to those that lose their parents.
 MACHINE = """set -e
 clone=$1
-shift
+place=$2
+shift 2
 mount -t tmpfs -o mode=0755 tmpfs /run
 mkdir -p /run/clone /run/dbus /run/lock /run/systemd/seats /run/systemd/sessions
 mount --bind "$clone" /run/clone
@@ -31,7 +33,7 @@ for folder in etc usr var; do
     "lowerdir=/$folder,upperdir=/run/changes/$folder/upper,workdir=/run/changes/$folder/work" \\
     "/$folder"
 done
-cd "$clone/tests/system"
+cd "$place"
 set +e
 "$@"
 exit $?
@@ -47,7 +49,7 @@ def require():
 
 
 def command(*words):
-    return [*UNSHARE, "sh", "-c", MACHINE, "machine", SOURCES, *words]
+    return [*UNSHARE, "sh", "-c", MACHINE, "machine", SOURCES, os.getcwd(), *words]
 
 
 def main(test):

@@ -33,14 +33,12 @@ class ResidentSession(unittest.TestCase):
         """One reading after the other, each seen by the program before the next."""
         for percent in percents:
             self.desktop.laptop.charge(percent)
-            wait_until(lambda p=percent: f"<{p}.0" in self.percentage(), f"{percent} % at upowerd")
+            wait_until(lambda p=percent: self.percentage() == p, f"{percent} % at upowerd")
 
     def percentage(self):
-        return self.desktop.call(
-            "system", "org.freedesktop.UPower",
-            "/org/freedesktop/UPower/devices/battery_BAT0",
-            "org.freedesktop.DBus.Properties.Get", "org.freedesktop.UPower.Device",
-            "Percentage") or ""
+        return self.desktop.buses["system"].property(
+            "org.freedesktop.UPower", "/org/freedesktop/UPower/devices/battery_BAT0",
+            "org.freedesktop.UPower.Device", "Percentage")
 
     def wait_for_brightness(self, raw):
         wait_until(lambda: self.desktop.brightness == raw,

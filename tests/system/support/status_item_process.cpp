@@ -3,9 +3,9 @@
 // Takes lines "image NAME", "text TEXT", "description TEXT" and "check on|off"; prints lines
 // "ready", "clicked NAME", "opening", and "done" after each command.
 
-#include "platform/linux/LinuxLog.h"
-#include "platform/linux/LinuxStatusBar.h"
-#include "tests/integration/SampleMenu.h"
+#include "platform/linux/common/LinuxLog.h"
+#include "platform/linux/statusitem/LinuxStatusBar.h"
+#include "tests/integration/statusitem/SampleMenu.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

@@ -1,9 +1,9 @@
-#include "core/AppDelegate.h"
+#include "app/AppDelegate.h"
 
-#include "core/BatterySaver.h"
 #include "core/QuorvanePrefs.h"
 #include "core/UserDefaults.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "mode/BatterySaver.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 namespace quorvane::test {
 
@@ -75,8 +75,8 @@ TEST_F(AppDelegateTest, Start_RegistersDefaultsBeforeAnybodyReadsThem) {
 }
 
 TEST_F(AppDelegateTest, OtherEditionRuns_AlertAndTheEnd) {
-    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
-    laptop().workspace().runCopy(QStringLiteral("com.tarnwick.quorvane-setapp"));
+    laptop().programCopies().run(QStringLiteral("com.TarnwickStudios.quorvane"));
+    laptop().programCopies().run(QStringLiteral("com.tarnwick.quorvane-setapp"));
     start();
     ASSERT_EQ(laptop().windows().alerts().size(), 1U);
     const Alert& alert = laptop().windows().alerts().front();
@@ -94,14 +94,14 @@ TEST_F(AppDelegateTest, OtherEditionRuns_AlertAndTheEnd) {
 }
 
 TEST_F(AppDelegateTest, SecondCopyOfTheSameEdition_AlertAndTheEnd) {
-    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
-    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
+    laptop().programCopies().run(QStringLiteral("com.TarnwickStudios.quorvane"));
+    laptop().programCopies().run(QStringLiteral("com.TarnwickStudios.quorvane"));
     start();
     EXPECT_EQ(laptop().windows().alerts().size(), 1U);
 }
 
 TEST_F(AppDelegateTest, OnlyItselfRuns_Starts) {
-    laptop().workspace().runCopy(QStringLiteral("com.TarnwickStudios.quorvane"));
+    laptop().programCopies().run(QStringLiteral("com.TarnwickStudios.quorvane"));
     start();
     EXPECT_TRUE(laptop().windows().alerts().empty());
     EXPECT_EQ(laptop().statusBar().itemCount(), 1);

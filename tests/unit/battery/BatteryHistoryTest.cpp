@@ -1,8 +1,8 @@
 #include "battery/BatteryHistory.h"
 
 #include "battery/Battery.h"
-#include "core/PropertyList.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "plist/PropertyList.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <QStringDecoder>
 #include <QStringEncoder>

@@ -1,12 +1,11 @@
 #include "battery/Battery.h"
 
 #include "core/EventCenter.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <gmock/gmock.h>
 
 #include <limits>
-#include <thread>
 
 namespace quorvane::test {
 
@@ -66,6 +65,25 @@ TEST_F(BatteryTest, SameReadingTwice_EachAppendsASampleAndPostsOnlyLogChanged) {
     EXPECT_THAT(takeEvents(), ElementsAre("BatteryLogChanged"));
     EXPECT_EQ(battery.dataPoints(), (QList<int>{73, 73}));
     EXPECT_EQ(battery.dataTimes().size(), 2);
+}
+
+TEST_F(BatteryTest, AnnouncedReading_IsTakenWithoutAskingForOne) {
+    const Battery& battery = startAt(73, onBattery);
+    EXPECT_EQ(laptop().powerSources().readings(), 1);
+    laptop().powerSources().discharge(72, 1800);
+    EXPECT_EQ(battery.batteryPercent(), 72);
+    EXPECT_EQ(battery.batteryTimeRemaining(), 1800);
+    EXPECT_EQ(laptop().powerSources().readings(), 1);
+}
+
+TEST_F(BatteryTest, TimedReading_AsksOnceForAll) {
+    const Battery& battery = startAt(73, onBattery);
+    laptop().powerSources().setPercent(72);
+    laptop().powerSources().setEstimate(1800);
+    laptop().clock().advance(Seconds(120));
+    EXPECT_EQ(battery.batteryPercent(), 72);
+    EXPECT_EQ(battery.batteryTimeRemaining(), 1800);
+    EXPECT_EQ(laptop().powerSources().readings(), 2);
 }
 
 TEST_F(BatteryTest, PluggingInWhileThePercentageRises_PostsIncreasedThenBeganChargingThenLog) {
@@ -208,26 +226,6 @@ TEST_F(BatteryTest, AdvancedInfo_IsThePlatformsOrNothing) {
     EXPECT_FALSE(Battery::getAdvancedBatteryInfo().has_value());
     laptop().powerSources().setAdvancedInfo(QVariantMap{{QStringLiteral("Cycles"), 120}});
     EXPECT_EQ(Battery::getAdvancedBatteryInfo()->value(QStringLiteral("Cycles")), QVariant(120));
-}
-
-TEST_F(BatteryTest, ConcurrentFirstCalls_MakeOneInstance) {
-    struct Counted {
-        Counted() { ++made(); }
-
-        static std::atomic<int>& made() {
-            static std::atomic<int> count = 0;
-            return count;
-        }
-    };
-
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i) {
-        threads.emplace_back([] { SharedInstances::get<Counted>(); });
-    }
-    for (std::thread& each : threads) {
-        each.join();
-    }
-    EXPECT_EQ(Counted::made(), 1);
 }
 
 } // namespace quorvane::test

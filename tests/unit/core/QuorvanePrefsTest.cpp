@@ -1,9 +1,8 @@
 #include "core/QuorvanePrefs.h"
 
 #include "core/DefaultsController.h"
-#include "core/RegisteredDefaults.h"
 #include "core/UserDefaults.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <gmock/gmock.h>
 
@@ -237,22 +236,6 @@ TEST_F(QuorvanePrefsTest, Url_IsStoredAsTextAndReadBack) {
     EXPECT_EQ(stored("AppLocation").toString(),
               QStringLiteral("file:///opt/Quorvane.app/%C3%BC%20b"));
     EXPECT_EQ(QuorvanePrefs::userDefaults().URLForKey(QStringLiteral("AppLocation")), url);
-}
-
-TEST_F(QuorvanePrefsTest, RegisteredDefaults_AreFourGroupsWithTheirValues) {
-    const std::vector<QVariantMap> groups = registeredDefaults();
-    ASSERT_EQ(groups.size(), 4U);
-    EXPECT_EQ(groups[0].size(), 6);
-    EXPECT_EQ(groups[0].value(QStringLiteral("didShowEmailSheet")), QVariant(1));
-    EXPECT_EQ(groups[0].value(QStringLiteral("usersEmail")), QVariant(QString()));
-    EXPECT_EQ(groups[1], (QVariantMap{{QStringLiteral("QuorvaneActive"), false}}));
-    EXPECT_EQ(groups[2].size(), 5);
-    EXPECT_EQ(groups[2].value(QStringLiteral("BrightnessModuleActivated")), QVariant(true));
-    EXPECT_EQ(groups[2].value(QStringLiteral("AppNapModuleActivated")), QVariant(false));
-    EXPECT_EQ(groups[3].size(), 13);
-    EXPECT_EQ(groups[3].value(QStringLiteral("BatteryThreshold")), QVariant(70));
-    EXPECT_EQ(groups[3].value(QStringLiteral("QuorvaneAutoStartSetting")), QVariant(1U));
-    EXPECT_EQ(groups[3].value(QStringLiteral("TopAppsModuleTimeInterval")), QVariant(5));
 }
 
 } // namespace quorvane::test

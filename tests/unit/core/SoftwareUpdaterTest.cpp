@@ -1,6 +1,6 @@
 #include "core/SoftwareUpdater.h"
 
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <map>
 

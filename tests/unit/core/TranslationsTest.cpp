@@ -55,9 +55,12 @@ void addLayoutTexts(const QString& layout, QSet<QString>& keys) {
 
 QSet<QString> allKeys() {
     QSet<QString> keys;
-    for (const char* folder : {"core", "battery", "modules", "helper", "ui", "platform", "apps"}) {
-        QDirIterator files(root + QLatin1Char('/') + QLatin1String(folder),
-                           {QStringLiteral("*.cpp")}, QDir::Files, QDirIterator::Subdirectories);
+    for (const QString& folder : QDir(root).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (folder == QLatin1String("build") || folder == QLatin1String("tests")) {
+            continue;
+        }
+        QDirIterator files(root + QLatin1Char('/') + folder, {QStringLiteral("*.cpp")}, QDir::Files,
+                           QDirIterator::Subdirectories);
         while (files.hasNext()) {
             addKeys(QString::fromUtf8(contents(files.next())), keys);
         }

@@ -1,11 +1,11 @@
 #include "core/BackgroundTimer.h"
 #include "core/BlockTimers.h"
 #include "core/Localized.h"
-#include "core/MainQueue.h"
 #include "core/NotificationDelivery.h"
 #include "core/TaskTimeout.h"
 #include "core/Words.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "platform/MainQueue.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <QSemaphore>
 

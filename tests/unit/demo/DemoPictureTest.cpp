@@ -2,6 +2,7 @@
 #include "apps/demo/NotificationBubble.h"
 #include "apps/demo/TerminalTraits.h"
 #include "platform/PowerSources.h"
+#include "tests/support/Utc.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,7 @@ namespace quorvane::test {
 class DemoPictureTest : public testing::Test {
   protected:
     DemoPictureTest() {
-        state_.time = QDateTime({2026, 1, 5}, {10, 51}, Qt::UTC);
+        state_.time = utc({2026, 1, 5}, {10, 51});
         state_.percent = 70;
         state_.percentColor = {0.0, 0.6, 0.0, 1.0};
         state_.pluggedIn = false;

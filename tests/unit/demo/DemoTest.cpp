@@ -1,8 +1,9 @@
 #include "apps/demo/Day.h"
 #include "apps/demo/Summary.h"
-#include "core/BatterySaver.h"
-#include "core/PropertyList.h"
+#include "mode/BatterySaver.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "plist/PropertyList.h"
+#include "tests/support/Utc.h"
 
 #include <gtest/gtest.h>
 
@@ -242,7 +243,7 @@ TEST_F(DemoTest, ClosingWords_ClaimNothingWithoutTheMode) {
 }
 
 TEST_F(DemoTest, EventLine_HasTimePercentAndKind) {
-    const DemoEvent event{Kind::Question, QDateTime({2026, 1, 5}, {11, 24}, Qt::UTC), 69,
+    const DemoEvent event{Kind::Question, utc({2026, 1, 5}, {11, 24}), 69,
                           QStringLiteral("Start?")};
 
     EXPECT_EQ(eventLine(event), QStringLiteral("11:24   69 %  question: Start?"));

@@ -3,7 +3,7 @@
 #include "apps/helper/ExtensionBundles.h"
 #include "apps/helper/LoadedList.h"
 #include "apps/helper/RunTimeConfiguration.h"
-#include "helper/Common.h"
+#include "helperclient/Common.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "apps/helper/Installation.h"
 
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/common/HelperNames.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -89,23 +89,6 @@ TEST(TaskReportTest, NamesOfEveryKind_StayOneCell) {
     }
 }
 
-TEST(TaskReportTest, Stat_IsReadBehindANameWithBlanksAndParentheses) {
-    const auto found = taskUseFromStat(
-        "811 (a) b (c) S 1 811 811 0 -1 4194304 1 2 3 4 21 34 55 89 20 0 3 0 5811 4464640 746\n");
-    ASSERT_TRUE(found);
-    EXPECT_EQ(found->name, "a) b (c");
-    EXPECT_EQ(found->userTicks, 21);
-    EXPECT_EQ(found->systemTicks, 34);
-    EXPECT_EQ(found->threads, 3);
-    EXPECT_EQ(found->startTime, 5811);
-}
-
-TEST(TaskReportTest, StatOfNoUse_IsNoProcess) {
-    for (const char* text : {"", "811", "811 (a", "811 )a( S", "811 (a) S 1 2 3"}) {
-        EXPECT_FALSE(taskUseFromStat(text)) << text;
-    }
-}
-
 /// A folder like /proc.
 class TaskUseTest : public testing::Test {
   protected:
@@ -144,6 +127,17 @@ TEST_F(TaskUseTest, WakeUps_AreThoseOfAllThreads) {
     ASSERT_EQ(uses.size(), 2);
     EXPECT_EQ(uses.value(10).wakeUps, 5);
     EXPECT_EQ(uses.value(20).wakeUps, 20);
+}
+
+TEST_F(TaskUseTest, Figures_AreThoseOfTheKernelsLine) {
+    putProcess(10, 1);
+    put(QStringLiteral("10/stat"),
+        "10 (a) b (c) S 1 811 811 0 -1 4194304 1 2 3 4 21 34 55 89 20 0 1 0 5811 4464640 746\n");
+    const TaskUse use = readTaskUses(folder.path()).value(10);
+    EXPECT_EQ(use.name, "a) b (c");
+    EXPECT_EQ(use.userTicks, 21);
+    EXPECT_EQ(use.systemTicks, 34);
+    EXPECT_EQ(use.startTime, 5811);
 }
 
 TEST_F(TaskUseTest, MoreThreadsThanTheLimit_CountTheFirstOnly) {

@@ -1,8 +1,8 @@
-#include "helper/HelperTool.h"
+#include "helperclient/HelperTool.h"
 
-#include "core/BatterySaver.h"
-#include "helper/Common.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "helperclient/Common.h"
+#include "mode/BatterySaver.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <atomic>
 #include <thread>

@@ -1,7 +1,7 @@
-#include "helper/SystemCommands.h"
+#include "helperclient/SystemCommands.h"
 
 #include "tests/support/QtPrinters.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 namespace quorvane::test {
 

@@ -1,11 +1,14 @@
-#include "core/BatterySaver.h"
+#include "mode/BatterySaver.h"
 
 #include "battery/Battery.h"
-#include "battery/NotificationController.h"
-#include "tests/unit/SimulatedLaptopTest.h"
-#include "tests/unit/TestModules.h"
+#include "mode/NotificationController.h"
+#include "tests/unit/mode/TestModules.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <QStringDecoder>
+
+#include <iterator>
+#include <utility>
 
 namespace quorvane::test {
 
@@ -70,6 +73,27 @@ TEST_F(BatterySaverTest, AllFiveSettingsOn_EstimateIsTheSinglePrecisionValueNear
     saver().setEnabled(false);
     EXPECT_EQ(notificationTitles().last(), QStringLiteral("You saved 13 minutes of battery!"));
     EXPECT_EQ(saver().minutesSaved(), 0.0F);
+}
+
+TEST_F(BatterySaverTest, EverySetOfSettings_IsAddedUpInTheOrderOfTheSavings) {
+    const std::pair<const char*, double> savings[] = {{"TurboModule", 0.75},
+                                                      {"AppNapModule", 0.3},
+                                                      {"BrightnessModule", 0.15},
+                                                      {"ServicesModule", 0.1},
+                                                      {"BrowserModule", 0.1}};
+    start();
+    saver().setEnabled(true);
+    for (unsigned set = 0; set < 1U << std::size(savings); ++set) {
+        float expected = 0.0F;
+        for (std::size_t i = 0; i < std::size(savings); ++i) {
+            const bool isOn = (set >> i & 1U) != 0;
+            saver().moduleWithIdentifier(QLatin1String(savings[i].first))->setEnabled(isOn);
+            if (isOn) {
+                expected = static_cast<float>(expected + savings[i].second);
+            }
+        }
+        EXPECT_EQ(saver().estimationForOneMinute(), expected) << set;
+    }
 }
 
 TEST_F(BatterySaverTest, OnlyBrightnessOn_ThirteenMinutesTruncateToOneAndAManualStopSaysNothing) {

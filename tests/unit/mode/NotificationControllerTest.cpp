@@ -1,10 +1,10 @@
-#include "battery/NotificationController.h"
+#include "mode/NotificationController.h"
 
 #include "battery/Battery.h"
-#include "core/BatterySaver.h"
 #include "core/EventCenter.h"
-#include "tests/unit/SimulatedLaptopTest.h"
-#include "tests/unit/TestModules.h"
+#include "mode/BatterySaver.h"
+#include "tests/unit/mode/TestModules.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 namespace quorvane::test {
 

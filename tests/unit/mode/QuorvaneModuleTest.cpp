@@ -1,9 +1,9 @@
-#include "core/QuorvaneModule.h"
+#include "mode/QuorvaneModule.h"
 
-#include "core/BatterySaver.h"
+#include "mode/BatterySaver.h"
 #include "platform/UserNotifications.h"
-#include "tests/unit/SimulatedLaptopTest.h"
-#include "tests/unit/TestModules.h"
+#include "tests/unit/mode/TestModules.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 namespace quorvane::test {
 
@@ -99,6 +99,24 @@ TEST_F(QuorvaneModuleTest, ModuleOutsideTheList_IsNeverEvaluatedByTheMode) {
     switchMode(true);
     EXPECT_EQ(flash->activations, 0);
     EXPECT_FALSE(flash->running());
+    flash->toggleEnabled();
+    flash->toggleEnabled();
+    EXPECT_EQ(flash->activations, 0) << "its setting alone does not make it run";
+}
+
+TEST_F(QuorvaneModuleTest, ModeAsToldByAnybody_IsWhatItsSettingGoesBy) {
+    const auto flash = makeModule<FlashModule>();
+    flash->updateRunning(true);
+    EXPECT_EQ(flash->activations, 0) << "its setting is off";
+    flash->setEnabled(true);
+    EXPECT_TRUE(flash->running());
+    flash->setEnabled(false);
+    EXPECT_FALSE(flash->running());
+    flash->updateRunning(false);
+    flash->setEnabled(true);
+    EXPECT_FALSE(flash->running());
+    EXPECT_EQ(flash->activations, 1);
+    EXPECT_EQ(flash->deactivations, 1);
 }
 
 TEST_F(QuorvaneModuleTest, Identifier_IsTheClassNameWithoutNamespace) {

@@ -1,4 +1,4 @@
-#include "tests/unit/TestModules.h"
+#include "tests/unit/mode/TestModules.h"
 
 #include "modules/BrightnessModule.h"
 

@@ -1,7 +1,7 @@
 #include "modules/AppNapModule.h"
 
-#include "core/BatterySaver.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "mode/BatterySaver.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 namespace quorvane::test {
 

@@ -1,7 +1,7 @@
 #include "modules/BrightnessModule.h"
 
-#include "core/BatterySaver.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "mode/BatterySaver.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <utility>
 #include <vector>

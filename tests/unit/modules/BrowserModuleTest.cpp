@@ -1,7 +1,7 @@
 #include "modules/BrowserModule.h"
 
-#include "core/BatterySaver.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "mode/BatterySaver.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <set>
 #include <vector>
@@ -66,6 +66,15 @@ TEST_F(BrowserModuleTest, TwoBrowsers_TheOneInFrontRunsAndTheOtherIsStopped) {
     user().activate(safari);
     switchMode(true);
     EXPECT_EQ(stopped(), Pids{chrome});
+}
+
+TEST_F(BrowserModuleTest, ProcessThatIsNotKnown_IsNotAskedToStop) {
+    startWithModule();
+    user().run(chromeIdentifier, 0);
+    switchMode(true);
+    pass(Seconds(11));
+    EXPECT_TRUE(laptop().processes().sentSignals().isEmpty());
+    EXPECT_TRUE(module().pausedApps().empty());
 }
 
 TEST_F(BrowserModuleTest, BroughtToTheFront_RunsAgainWithinHalfASecond) {

@@ -1,6 +1,6 @@
-#include "core/BatterySaver.h"
+#include "mode/BatterySaver.h"
 #include "modules/BrowserModule.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,9 @@
 #include "modules/TurboModule.h"
 
-#include "core/BatterySaver.h"
-#include "core/QuorvanePrefs.h"
-#include "modules/ModuleList.h"
-#include "platform/linux/HelperNames.h"
+#include "mode/BatterySaver.h"
+#include "platform/linux/common/HelperNames.h"
 #include "tests/support/QtPrinters.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 #include <algorithm>
 #include <utility>
@@ -183,11 +181,11 @@ TEST_F(TurboModuleTest, OtherProcessorBeforeVersion13_UsesTheSameExtension) {
 TEST_F(TurboModuleTest, SleepBeforeVersion13_WritesOneAndWakingZero) {
     start();
     switchMode(true);
-    laptop().workspace().sleep();
+    laptop().sleepEvents().sleep();
     EXPECT_EQ(configured(), "1");
     EXPECT_EQ(sent(), QStringList{loadCputune}) << "the extension stays loaded";
     loadedVersion("1.0");
-    laptop().workspace().wake();
+    laptop().sleepEvents().wake();
     EXPECT_EQ(configured(), "0");
     EXPECT_EQ(sent(), QStringList());
 }
@@ -217,6 +215,17 @@ TEST_F(TurboModuleTest, Lister_IsRunOncePerLookAndTwiceForAnUpdateCheck) {
         EXPECT_EQ(run.arguments, (QStringList{QStringLiteral("-l"), QStringLiteral("-b"),
                                               QStringLiteral("com.TarnwickStudios.cputune")}));
     }
+}
+
+TEST_F(TurboModuleTest, ListerThatHasEndedWhenItIsLookedAt_HoldsNothingUp) {
+    const Seconds before = laptop().clock().monotonic();
+    loadedVersion("1.0");
+    start();
+    switchMode(true);
+    EXPECT_EQ(configured(), "0");
+    EXPECT_EQ(laptop().tasks().runs().size(), 5)
+        << "three times at the start, twice at the activation";
+    EXPECT_EQ(laptop().clock().monotonic(), before);
 }
 
 TEST_F(TurboModuleTest, ListersOutput_HasTheVersionInItsFirstParentheses) {
@@ -318,13 +327,13 @@ TEST_F(TurboModuleTest, Version13OnIntel_ActivationLoadsAndDeactivationAndEveryS
     switchMode(true);
     EXPECT_EQ(sent(), QStringList{loadVentura});
     EXPECT_EQ(logged(QStringLiteral("Installing Kext (DisableTurboBoost)...")), 1);
-    laptop().workspace().sleep();
+    laptop().sleepEvents().sleep();
     EXPECT_EQ(sent(), QStringList{unloadVentura});
-    laptop().workspace().wake();
+    laptop().sleepEvents().wake();
     EXPECT_EQ(sent(), QStringList{loadVentura});
     switchMode(false);
     EXPECT_EQ(sent(), QStringList{unloadVentura});
-    laptop().workspace().sleep();
+    laptop().sleepEvents().sleep();
     EXPECT_EQ(sent(), QStringList{unloadVentura});
     EXPECT_TRUE(laptop().files().writes().filter(turboConfiguration).isEmpty());
     EXPECT_TRUE(laptop().tasks().runs().isEmpty());
@@ -342,9 +351,9 @@ TEST_F(TurboModuleTest, Version13OnAnotherProcessor_SwitchesTheSystemsOwnMode) {
     EXPECT_EQ(sent(), QStringList{lowPowerOff}) << "at every start";
     switchMode(true);
     EXPECT_EQ(sent(), QStringList{lowPowerOn});
-    laptop().workspace().sleep();
+    laptop().sleepEvents().sleep();
     EXPECT_EQ(sent(), QStringList{lowPowerOff});
-    laptop().workspace().wake();
+    laptop().sleepEvents().wake();
     EXPECT_EQ(sent(), QStringList{lowPowerOn});
     switchMode(false);
     EXPECT_EQ(sent(), QStringList{lowPowerOff});
@@ -389,7 +398,7 @@ TEST_F(TurboModuleTest, Processor_IsIntelOnlyUnderExactlyThatName) {
 
 TEST_F(TurboModuleTest, SleepWhileNotRunning_StillSwitchesTurboOn) {
     start();
-    laptop().workspace().sleep();
+    laptop().sleepEvents().sleep();
     EXPECT_EQ(logged(QStringLiteral("Going to Sleep: Disable CPU module")), 1);
     EXPECT_EQ(configured(), "1");
 }
@@ -398,7 +407,7 @@ TEST_F(TurboModuleTest, WakeWhileNotRunning_OnlyLogs) {
     useIntel13();
     start();
     EXPECT_EQ(sent(), QStringList{unloadVentura});
-    laptop().workspace().wake();
+    laptop().sleepEvents().wake();
     EXPECT_EQ(logged(QStringLiteral("Wake from Sleep: CPU module still disabled")), 1);
     EXPECT_EQ(sent(), QStringList());
 }
@@ -406,7 +415,7 @@ TEST_F(TurboModuleTest, WakeWhileNotRunning_OnlyLogs) {
 TEST_F(TurboModuleTest, WakeWhileRunning_IsLogged) {
     start();
     switchMode(true);
-    laptop().workspace().wake();
+    laptop().sleepEvents().wake();
     EXPECT_EQ(logged(QStringLiteral("Wake from Sleep: Re-enable CPU module")), 1);
 }
 
@@ -462,35 +471,6 @@ TEST_F(TurboModuleTest, SettingOff_NothingIsSwitchedWithTheMode) {
     EXPECT_EQ(configured(), std::nullopt);
     store("TurboModuleActivated", true);
     EXPECT_EQ(sent(), QStringList{loadCputune});
-}
-
-TEST_F(TurboModuleTest, AllModules_HaveItLastAndItIsMadeFirst) {
-    registerDefaults();
-    qsizetype modulesMadeBefore = -1;
-    useIntel13();
-    helper().setSendListener([&](const QString&) {
-        // Each module observes its own setting from its creation on.
-        if (modulesMadeBefore < 0) {
-            modulesMadeBefore = static_cast<qsizetype>(QuorvanePrefs::observers().size());
-        }
-    });
-    const ModuleList modules = makeModules();
-    QStringList identifiers;
-    for (const auto& each : modules) {
-        identifiers.append(each->identifier());
-    }
-    EXPECT_EQ(identifiers,
-              (QStringList{QStringLiteral("BrightnessModule"), QStringLiteral("BrowserModule"),
-                           QStringLiteral("AppNapModule"), QStringLiteral("TurboModule")}));
-    EXPECT_EQ(modulesMadeBefore, 1) << "its own setting alone";
-}
-
-TEST_F(TurboModuleTest, Controller_FindsIt) {
-    useModules(makeModules);
-    start();
-    QuorvaneModule* const turbo = BatterySaver::batterySaver().turboModule();
-    ASSERT_NE(turbo, nullptr);
-    EXPECT_NE(dynamic_cast<quorvane::TurboModule*>(turbo), nullptr);
 }
 
 } // namespace quorvane::test

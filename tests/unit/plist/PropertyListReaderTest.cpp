@@ -1,6 +1,7 @@
-#include "core/PropertyListReader.h"
+#include "plist/PropertyListReader.h"
 
 #include "tests/support/PropertyListChecks.h"
+#include "tests/support/Utc.h"
 
 namespace quorvane::test {
 
@@ -13,8 +14,7 @@ TEST_F(PropertyListReaderTest, EveryElement) {
     expectRead(inPlist("<true/>"), true);
     expectRead(inPlist("<false/>"), false);
     expectRead(inPlist("<data>QUJD</data>"), QByteArray("ABC"));
-    expectRead(inPlist("<date>2024-02-29T12:00:00Z</date>"),
-               QDateTime(QDate(2024, 2, 29), QTime(12, 0), Qt::UTC));
+    expectRead(inPlist("<date>2024-02-29T12:00:00Z</date>"), utc(QDate(2024, 2, 29), QTime(12, 0)));
     expectRead(inPlist("<array><true/><true/></array>"), QVariantList{true, true});
     expectRead(inPlist("<dict><key>a</key><true/></dict>"),
                QVariantMap{{QStringLiteral("a"), true}});

@@ -1,6 +1,7 @@
-#include "core/PropertyListScalars.h"
+#include "plist/PropertyListScalars.h"
 
 #include "tests/support/DescribeValue.h"
+#include "tests/support/Utc.h"
 
 #include <QLocale>
 #include <QTimeZone>
@@ -22,7 +23,7 @@ QString text(const char* utf8) {
 }
 
 QDateTime utc(int year, int month, int day, int hour, int minute, int second) {
-    return {QDate(year, month, day), QTime(hour, minute, second), Qt::UTC};
+    return test::utc(QDate(year, month, day), QTime(hour, minute, second));
 }
 
 } // namespace

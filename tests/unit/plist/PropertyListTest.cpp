@@ -1,6 +1,7 @@
-#include "core/PropertyList.h"
+#include "plist/PropertyList.h"
 
 #include "tests/support/PropertyListChecks.h"
+#include "tests/support/Utc.h"
 
 #include <QStringEncoder>
 
@@ -16,7 +17,7 @@ class PropertyListTest : public testing::Test {
         return {
             {QStringLiteral("array"), QVariantList{qlonglong(1), QVariantList{}, QVariantMap{}}},
             {QStringLiteral("data"), QByteArray("\0\x01\xFF binary", 10)},
-            {QStringLiteral("date"), QDateTime(QDate(2024, 2, 29), QTime(12, 34, 56), Qt::UTC)},
+            {QStringLiteral("date"), utc(QDate(2024, 2, 29), QTime(12, 34, 56))},
             {QStringLiteral("dict"), QVariantMap{{QString(), false}, {QStringLiteral("k"), true}}},
             {QStringLiteral("large"), std::numeric_limits<qulonglong>::max()},
             {QStringLiteral("real"), -72.125},

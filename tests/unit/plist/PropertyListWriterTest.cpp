@@ -1,6 +1,7 @@
-#include "core/PropertyListWriter.h"
+#include "plist/PropertyListWriter.h"
 
 #include "tests/support/PropertyListChecks.h"
+#include "tests/support/Utc.h"
 
 #include <QDate>
 #include <QUrl>
@@ -14,7 +15,7 @@ TEST_F(PropertyListWriterTest, LaysOutAsOtherToolsDo) {
         {QStringLiteral("a"), QVariantList{1, true, QVariantList{}, QVariantMap{}}},
         {QStringLiteral("b"), QVariantMap{{QStringLiteral("<&>"), QString()}}},
         {QStringLiteral("c"), QVariantList{QByteArray("ABC"), QByteArray()}},
-        {QStringLiteral("d"), QDateTime(QDate(2024, 2, 29), QTime(12, 0), Qt::UTC)},
+        {QStringLiteral("d"), utc(QDate(2024, 2, 29), QTime(12, 0))},
         {QStringLiteral("e"), 0.5},
     };
     EXPECT_EQ(writePropertyList(root).value_or(QByteArray()).toStdString(),

@@ -1,4 +1,4 @@
-#include "core/XmlText.h"
+#include "plist/XmlText.h"
 
 #include <QStringEncoder>
 #include <gtest/gtest.h>

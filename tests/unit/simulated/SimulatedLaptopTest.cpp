@@ -1,10 +1,11 @@
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
-#include "core/AppDelegate.h"
-#include "core/BatterySaver.h"
+#include "app/AppDelegate.h"
+#include "app/ModuleList.h"
 #include "core/QuorvanePrefs.h"
-#include "core/RegisteredDefaults.h"
 #include "core/UserDefaults.h"
+#include "mode/BatterySaver.h"
+#include "mode/RegisteredDefaults.h"
 
 namespace quorvane::test {
 
@@ -12,6 +13,8 @@ SimulatedLaptopTest::SimulatedLaptopTest() {
     auto laptop = std::make_unique<SimulatedPlatform>();
     laptop_ = laptop.get();
     SharedInstances::reset(std::move(laptop));
+    // For tests that begin with the controller itself.
+    useModules(makeModules);
 }
 
 SimulatedLaptopTest::~SimulatedLaptopTest() {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/QuorvaneModule.h"
 #include "core/SharedInstances.h"
+#include "mode/QuorvaneModule.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
 #include <QDeadlineTimer>

@@ -1,10 +1,10 @@
 #include "ui/MenuController.h"
 
+#include "app/AppDelegate.h"
 #include "battery/Battery.h"
-#include "core/AppDelegate.h"
-#include "core/BatterySaver.h"
+#include "mode/BatterySaver.h"
 #include "platform/Menu.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 
 namespace quorvane::test {
 
@@ -183,8 +183,8 @@ TEST_F(MenuControllerTest, SendFeedback_OpensTheContactPage) {
                                   QStringLiteral("https://quorvane.example/support?contact=1"));
     start();
     settingsItem(0).performAction();
-    ASSERT_EQ(laptop().workspace().openedURLs().size(), 1);
-    EXPECT_EQ(laptop().workspace().openedURLs().first().query(), QStringLiteral("contact=1"));
+    ASSERT_EQ(laptop().opener().openedURLs().size(), 1);
+    EXPECT_EQ(laptop().opener().openedURLs().first().query(), QStringLiteral("contact=1"));
 }
 
 TEST_F(MenuControllerTest, QuitItem_Quits) {

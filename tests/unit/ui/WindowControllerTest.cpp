@@ -1,7 +1,7 @@
 #include "ui/WindowController.h"
 
-#include "core/AppDelegate.h"
-#include "tests/unit/SimulatedLaptopTest.h"
+#include "app/AppDelegate.h"
+#include "tests/unit/simulated/SimulatedLaptopTest.h"
 #include "ui/EmailWindowController.h"
 
 namespace quorvane::test {

@@ -65,6 +65,11 @@ exit "\${status:-0}"
 EOF
 }
 
+# provides PACKAGE NAMES : an installed package stands for others by these names, too.
+provides() {
+  sed -i "2a if ((\$# == 3)); then echo 'installed $2'; exit; fi" "$bin/dpkg-query"
+}
+
 # in_session COMMAND... : with a session bus, as the environment tells it.
 in_session() {
   DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent "$@"
@@ -318,6 +323,17 @@ Test_UnitRing_BuildsOnlyTheUnitTests() {
   calls_program 'cmake --build .* --target unit_tests'
 }
 
+Test_OnePartOfARing_RunsThatPart() {
+  call test --preset shipped clicks
+  calls_program 'cmake --build .*/build/shipped'
+  calls_program 'ctest .*/build/shipped .*--label-regex \^\(clicks\)\$'
+}
+
+Test_TargetsToBuild_BuildsNothingElse() {
+  call test --preset tsan --build unit_core --build integration_power unit integration
+  calls_program 'cmake --build .*/build/tsan --target unit_core integration_power'
+}
+
 Test_Preset_IsConfiguredBuiltAndTested() {
   call test --preset asan
   calls_program 'cmake -S .* --preset asan'
@@ -341,6 +357,21 @@ Test_UnknownRing_ExplainsItself() {
   ends_with 2
   says 'usage: ./test'
   never_calls .
+}
+
+Test_PackageProvidedByAnother_IsNotMissing() {
+  installed_but_for libqt6opengl6-dev
+  provides 'qt6-base-dev' 'libqt6opengl6-dev (= 6.8.2), something-else'
+  call test
+  ends_with 0
+  never_calls '^apt-get'
+}
+
+Test_PackageWhoseNameIsOnlyPartOfAProvidedOne_IsMissing() {
+  installed_but_for cmake
+  provides 'cmake-data' 'cmake-extras, my-cmake'
+  call test
+  calls_program 'apt-get .*install --no-install-recommends cmake'
 }
 
 Test_PackagesMissing_InstallsThoseOfBuildAndTest() {

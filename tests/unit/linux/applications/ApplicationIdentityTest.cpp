@@ -1,8 +1,7 @@
-#include "platform/linux/ApplicationIdentity.h"
+#include "platform/linux/applications/ApplicationIdentity.h"
 
-#include "platform/linux/ApplicationTable.h"
-#include "platform/linux/ApplicationUnit.h"
-#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/applications/ApplicationTable.h"
+#include "platform/linux/applications/DesktopEntries.h"
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RecordingLog.h"
 
@@ -15,50 +14,6 @@ using testing::IsEmpty;
 
 namespace quorvane::test {
 namespace {
-
-QList<QByteArray> idsOf(const char* unit) {
-    return ApplicationUnit(unit).possibleIds();
-}
-
-TEST(ApplicationUnitTest, Names_AreReadAsLaunchersWriteThem) {
-    EXPECT_EQ(idsOf("app-firefox-1234.scope").value(0), "firefox");
-    EXPECT_EQ(idsOf("app-gnome-org.gnome.Maps-1234.scope").value(0), "org.gnome.Maps");
-    EXPECT_EQ(idsOf("app-gnome-google\\x2dchrome-99.scope").value(0), "google-chrome");
-    EXPECT_EQ(idsOf("app-org.chromium.Chromium-4711.scope").value(0), "org.chromium.Chromium");
-    EXPECT_EQ(idsOf("app-flatpak-org.mozilla.firefox-7.scope").value(0), "org.mozilla.firefox");
-    EXPECT_EQ(idsOf("app-org.kde.falkon@0af1.service").value(0), "org.kde.falkon");
-    EXPECT_EQ(idsOf("app-gnome-org.gnome.Maps@1.service").value(0), "org.gnome.Maps");
-    EXPECT_EQ(idsOf("app-steam@autostart.service").value(0), "steam");
-    EXPECT_EQ(idsOf("app-org.example.App.service").value(0), "org.example.App");
-    EXPECT_EQ(idsOf("snap.firefox.firefox-1c2d3e4f-0000-1111-2222-333344445555.scope").value(0),
-              "firefox_firefox");
-}
-
-TEST(ApplicationUnitTest, HyphensThatAreNotEscaped_LeaveSeveralPossibilities) {
-    EXPECT_TRUE(idsOf("app-gnome-microsoft-edge-1.scope").contains("microsoft-edge"));
-    EXPECT_TRUE(idsOf("app-microsoft-edge-1.scope").contains("microsoft-edge"));
-    EXPECT_TRUE(idsOf("app-microsoft-edge.service").contains("microsoft-edge"));
-}
-
-TEST(ApplicationUnitTest, WhatIsNoApplication_HasNoId) {
-    for (const char* unit :
-         {"", "app-", "app-.scope", "app.slice", "app-foo.slice", "dbus.service", "session-2.scope",
-          "vte-spawn-1.scope", "snap.x.scope", "snap..-.scope", "app-@.service", "-.scope"}) {
-        EXPECT_THAT(idsOf(unit), IsEmpty()) << unit;
-    }
-}
-
-TEST(ApplicationUnitTest, ControlGroups_AreReadInBothHierarchies) {
-    const auto first = [](const char* text) {
-        return ApplicationUnit::ofControlGroups(text).possibleIds().value(0);
-    };
-    EXPECT_EQ(first("0::/user.slice/user-1.slice/user@1.service/app.slice/app-firefox-1.scope\n"),
-              "firefox");
-    EXPECT_EQ(first("9:name=systemd:/user.slice/app-firefox-1.scope\n8:pids:/\n0::/\n"), "firefox");
-    EXPECT_EQ(first("4:memory:/app-firefox-1.scope\n0::/init.scope\n"), "");
-    EXPECT_EQ(first("nonsense"), "");
-    EXPECT_EQ(first(""), "");
-}
 
 class ApplicationIdentityTest : public testing::Test {
   protected:

@@ -1,4 +1,4 @@
-#include "platform/linux/ApplicationList.h"
+#include "platform/linux/applications/ApplicationList.h"
 
 #include "tests/support/QtPrinters.h"
 
@@ -12,8 +12,8 @@ namespace {
 
 class ApplicationListTest : public testing::Test {
   protected:
-    void update(const std::vector<SessionWindow>& windows, std::uint32_t active = 0) {
-        list_.update(windows, active, [this](std::int32_t pid, const WindowNames& names) {
+    void update(const std::vector<SessionWindow>& windows, std::uint64_t active = 0) {
+        list_.update(windows, WindowId{active}, [this](std::int32_t pid, const WindowNames& names) {
             ++questions_;
             return pid == 13 ? std::nullopt
                              : std::optional(ApplicationIdentity::Found{
@@ -30,22 +30,32 @@ class ApplicationListTest : public testing::Test {
         return pids;
     }
 
+    [[nodiscard]] std::vector<std::uint64_t> windowsOf(std::int32_t pid, bool onlyOrdinary) const {
+        RunningApplication application;
+        application.processIdentifier = pid;
+        std::vector<std::uint64_t> ids;
+        for (const WindowId id : list_.windowsOf(application, onlyOrdinary)) {
+            ids.push_back(static_cast<std::uint64_t>(id));
+        }
+        return ids;
+    }
+
     ApplicationList list_;
     int questions_ = 0;
 };
 
-SessionWindow ordinary(std::uint32_t id, std::int32_t pid, const char* applicationId = "app") {
-    return {id, pid, true, {applicationId, "instance", "Class"}};
+SessionWindow ordinary(std::uint64_t id, std::int32_t pid, const char* applicationId = "app") {
+    return {WindowId{id}, pid, true, {applicationId, "instance", "Class"}};
 }
 
-SessionWindow panel(std::uint32_t id, std::int32_t pid) {
-    return {id, pid, false, {"panel", "panel", "Panel"}};
+SessionWindow panel(std::uint64_t id, std::int32_t pid) {
+    return {WindowId{id}, pid, false, {"panel", "panel", "Panel"}};
 }
 
 TEST_F(ApplicationListTest, Windows_MakeOneApplicationAProcess) {
     update({ordinary(1, 100), ordinary(2, 200), ordinary(3, 100)});
     EXPECT_THAT(pids(), ElementsAre(100, 200));
-    EXPECT_THAT(list_.windowsOf(100, true), ElementsAre(1U, 3U));
+    EXPECT_THAT(windowsOf(100, true), ElementsAre(1U, 3U));
     EXPECT_EQ(questions_, 2);
 }
 
@@ -57,10 +67,24 @@ TEST_F(ApplicationListTest, Order_IsThatOfComing) {
     EXPECT_THAT(pids(), ElementsAre(100, 50));
 }
 
-TEST_F(ApplicationListTest, WindowWithoutAProcess_IsNobodys) {
-    update({ordinary(1, 0), ordinary(2, 13)}, 1);
+TEST_F(ApplicationListTest, WindowWithoutAProcessAndApplicationId_IsNobodys) {
+    update({ordinary(1, 0, ""), ordinary(2, 13)}, 1);
     EXPECT_THAT(pids(), IsEmpty());
     EXPECT_FALSE(list_.front());
+}
+
+TEST_F(ApplicationListTest, ApplicationIdsWithoutAProcess_MakeOneApplicationEach) {
+    update({ordinary(1, 0, "a"), ordinary(2, 100, "a"), ordinary(3, 0, "b"), ordinary(4, 0, "a")},
+           4);
+    ASSERT_THAT(pids(), ElementsAre(0, 100, 0));
+    EXPECT_EQ(list_.applications().at(0).bundleIdentifier, QStringLiteral("a"));
+    EXPECT_TRUE(list_.applications().at(0).isActive);
+    EXPECT_EQ(list_.applications().at(2).bundleIdentifier, QStringLiteral("b"));
+    EXPECT_THAT(list_.windowsOf(list_.applications().at(0), true),
+                ElementsAre(WindowId{1}, WindowId{4}));
+    update({ordinary(3, 0, "b")});
+    EXPECT_THAT(pids(), ElementsAre(0));
+    EXPECT_EQ(questions_, 3);
 }
 
 TEST_F(ApplicationListTest, OneOrdinaryWindow_MakesItRegular) {
@@ -68,8 +92,8 @@ TEST_F(ApplicationListTest, OneOrdinaryWindow_MakesItRegular) {
     EXPECT_EQ(list_.applications().at(0).activationPolicy, ActivationPolicy::Accessory);
     update({panel(1, 100), ordinary(2, 100)});
     EXPECT_EQ(list_.applications().at(0).activationPolicy, ActivationPolicy::Regular);
-    EXPECT_THAT(list_.windowsOf(100, true), ElementsAre(2U));
-    EXPECT_THAT(list_.windowsOf(100, false), ElementsAre(1U, 2U));
+    EXPECT_THAT(windowsOf(100, true), ElementsAre(2U));
+    EXPECT_THAT(windowsOf(100, false), ElementsAre(1U, 2U));
     update({panel(1, 100)});
     EXPECT_EQ(list_.applications().at(0).activationPolicy, ActivationPolicy::Accessory);
 }

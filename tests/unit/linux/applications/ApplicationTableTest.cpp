@@ -1,4 +1,4 @@
-#include "platform/linux/ApplicationTable.h"
+#include "platform/linux/applications/ApplicationTable.h"
 
 #include "tests/support/QtPrinters.h"
 #include "tests/support/RecordingLog.h"

@@ -1,6 +1,6 @@
-#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/applications/DesktopEntry.h"
 
-#include "platform/linux/LaunchCommand.h"
+#include "platform/linux/applications/LaunchCommand.h"
 #include "tests/support/QtPrinters.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/UnitApplications.h"
+#include "platform/linux/applications/UnitApplications.h"
 
 #include "tests/support/QtPrinters.h"
 
@@ -62,6 +62,12 @@ TEST_F(UnitApplicationsTest, UnitOfAnApplicationWithWindows_IsLeftOut) {
     EXPECT_THAT(look({known}), IsEmpty());
 }
 
+// The kernel says of what nobody has started that 0 is its parent.
+TEST_F(UnitApplicationsTest, ApplicationWithoutAProcess_HasStartedNobody) {
+    write("app-sample-1.scope", "1\n");
+    EXPECT_THAT(look({RunningApplication()}), SizeIs(1));
+}
+
 TEST_F(UnitApplicationsTest, UnitOfWhatAnApplicationWithWindowsHasStarted_IsLeftOut) {
     write("app-sample-1.scope", own_ + "\n");
     RunningApplication known;
@@ -86,6 +92,7 @@ TEST_F(UnitApplicationsTest, OtherAndEmptyUnits_AreNoApplications) {
     write("app-empty-1.scope", "");
     write("app-broken-1.scope", "nonsense\n-5\n0\n");
     write("dbus.service", own_ + "\n");
+    write("snap.sample.sample-1c2d3e4f-0000-1111-2222-333344445555.scope", own_ + "\n");
     write("app-sample.slice", own_ + "\n");
     EXPECT_THAT(look(), IsEmpty());
 }

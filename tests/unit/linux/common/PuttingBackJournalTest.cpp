@@ -1,4 +1,4 @@
-#include "platform/linux/PuttingBackJournal.h"
+#include "platform/linux/common/PuttingBackJournal.h"
 
 #include "tests/support/RecordingLog.h"
 

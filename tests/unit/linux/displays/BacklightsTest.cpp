@@ -1,4 +1,4 @@
-#include "platform/linux/Backlights.h"
+#include "platform/linux/displays/Backlights.h"
 
 #include <QDir>
 #include <QFile>

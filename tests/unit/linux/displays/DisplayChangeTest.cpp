@@ -1,4 +1,4 @@
-#include "platform/linux/DisplayChange.h"
+#include "platform/linux/displays/DisplayChange.h"
 
 #include <QJsonArray>
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
-#include "apps/kextstat/LoadedExtensions.h"
+#include "platform/linux/helperclient/LoadedExtensions.h"
 
-#include "platform/linux/HelperNames.h"
+#include "platform/linux/common/HelperNames.h"
 
 #include <QFile>
 #include <QTemporaryDir>

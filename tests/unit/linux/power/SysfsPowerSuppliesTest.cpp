@@ -1,4 +1,4 @@
-#include "platform/linux/SysfsPowerSupplies.h"
+#include "platform/linux/power/SysfsPowerSupplies.h"
 
 #include <QDir>
 #include <QFile>

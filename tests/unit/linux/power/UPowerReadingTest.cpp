@@ -1,4 +1,4 @@
-#include "platform/linux/UPowerReading.h"
+#include "platform/linux/power/UPowerReading.h"
 
 #include <QDBusObjectPath>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "platform/linux/ApplicationProcesses.h"
+#include "platform/linux/processes/ApplicationProcesses.h"
 
-#include "tests/unit/FakeProc.h"
+#include "tests/unit/linux/processes/FakeProc.h"
 
 #include <gmock/gmock.h>
 
@@ -129,6 +129,26 @@ TEST_F(ApplicationProcessesTest, MembersOfItsUnit_AreItsOwnAlsoWithoutAParentInI
     proc.add({.pid = 60, .unit = browsersUnit});
     proc.add({.pid = 200});
     EXPECT_THAT(look().own, UnorderedElementsAre(browser, 101, 102, 60));
+}
+
+TEST_F(ApplicationProcessesTest, MembersOfASnapsUnit_AreItsOwnAlsoWithoutAParentInIt) {
+    const char* const snap =
+        "/user.slice/app.slice/snap.firefox.firefox-1c2d3e4f-0000-1111-2222-333344445555.scope";
+    addBrowser(1, snap);
+    proc.add({.pid = 60, .unit = snap});
+    proc.add({.pid = 200});
+    EXPECT_THAT(look().own, UnorderedElementsAre(browser, 101, 102, 60));
+}
+
+TEST_F(ApplicationProcessesTest, SnapThatItHasStarted_IsNotItsOwn) {
+    addBrowser();
+    proc.add({.pid = 103,
+              .parent = 101,
+              .executable = "/snap/mail/1/mail",
+              .name = "mail",
+              .unit = "/user.slice/app.slice/"
+                      "snap.mail.mail-1c2d3e4f-0000-1111-2222-333344445555.scope"});
+    EXPECT_THAT(look().own, ElementsAre(browser, 101, 102));
 }
 
 TEST_F(ApplicationProcessesTest, DescendantInAnotherApplicationsUnit_IsNotItsOwnNorIsWhatItStarts) {

@@ -1,4 +1,4 @@
-#include "tests/unit/FakeProc.h"
+#include "tests/unit/linux/processes/FakeProc.h"
 
 #include <gmock/gmock.h>
 
@@ -10,57 +10,37 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* afterName = " 1 2 3 34816 5 6 7 8 9 10 11 12 13 14 15 16 17 18 123456 20 21";
-
 class ProcessTableTest : public testing::Test {
   protected:
-    static std::optional<Process> parsed(const QByteArray& beginning) {
-        return processFromStat(beginning + afterName);
-    }
-
     FakeProc proc;
 };
 
-TEST_F(ProcessTableTest, Stat_TellsIdsStateTerminalAndStart) {
-    const std::optional<Process> process = processFromStat(
-        "42 (browser) S 7 40 30 34816 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 123456 4464640 746");
+TEST_F(ProcessTableTest, Process_IsWhatItsStatTells) {
+    proc.add({.pid = 50,
+              .parent = 7,
+              .group = 40,
+              .session = 30,
+              .name = "Web Content",
+              .terminal = 34816,
+              .state = 't'});
+    const std::optional<Process> process = ProcessTable::look(50, proc.path());
     ASSERT_TRUE(process);
-    EXPECT_EQ(process->identity, (ProcessIdentity{42, 123456}));
+    EXPECT_EQ(process->identity, (ProcessIdentity{50, FakeProc::startOf(50)}));
     EXPECT_EQ(process->parent, 7);
     EXPECT_EQ(process->group, 40);
     EXPECT_EQ(process->session, 30);
     EXPECT_TRUE(process->hasTerminal);
-    EXPECT_FALSE(process->isStopped);
-    EXPECT_EQ(process->name, "browser");
-}
-
-TEST_F(ProcessTableTest, NamesWithBlanksAndBrackets_DoNotShiftTheFields) {
-    for (const char* name : {"Web Content", "a) S 1 (b", ") R 1 1 1", "(sd-pam)", "", "("}) {
-        const std::optional<Process> process = parsed(QByteArray("42 (") + name + ") S");
-        ASSERT_TRUE(process) << name;
-        EXPECT_EQ(process->name, name);
-        EXPECT_EQ(process->parent, 1) << name;
-        EXPECT_EQ(process->identity.startTime, 123456) << name;
-    }
-}
-
-TEST_F(ProcessTableTest, StoppedBySignalOrByDebugger_IsStopped) {
-    EXPECT_TRUE(parsed("42 (a) T")->isStopped);
-    EXPECT_TRUE(parsed("42 (a) t")->isStopped);
-    EXPECT_FALSE(parsed("42 (a) D")->isStopped);
+    EXPECT_TRUE(process->isStopped);
+    EXPECT_EQ(process->name, "Web Content");
+    proc.add({.pid = 60});
+    EXPECT_FALSE(proc.table().find(60)->hasTerminal);
+    EXPECT_FALSE(proc.table().find(60)->isStopped);
 }
 
 TEST_F(ProcessTableTest, ProcessThatHasEnded_IsNone) {
-    EXPECT_FALSE(parsed("42 (a) Z"));
-    EXPECT_FALSE(parsed("42 (a) X"));
-}
-
-TEST_F(ProcessTableTest, TextThatIsNoStat_IsNone) {
-    EXPECT_FALSE(processFromStat(""));
-    EXPECT_FALSE(processFromStat("42 (a) S 1 2 3"));
-    EXPECT_FALSE(processFromStat(QByteArray("42 a S") + afterName));
-    EXPECT_FALSE(parsed("4x2 (a) S"));
-    EXPECT_FALSE(processFromStat(QByteArray("42 (a) S x") + afterName));
+    proc.add({.pid = 50, .state = 'Z'});
+    EXPECT_EQ(proc.table().find(50), nullptr);
+    EXPECT_FALSE(ProcessTable::look(50, proc.path()));
 }
 
 TEST_F(ProcessTableTest, ThisProcess_IsInTheKernelsTable) {
@@ -125,17 +105,11 @@ TEST_F(ProcessTableTest, UserWithOtherRights_IsNotTheUser) {
     EXPECT_FALSE(table.belongsTo(50, 1000)) << "with root's rights";
 }
 
-TEST_F(ProcessTableTest, ApplicationUnit_IsTheInnermostScopeOrService) {
-    const QString scope = QStringLiteral("/user.slice/app.slice/app-a-1.scope");
-    EXPECT_EQ(applicationUnit("0::/user.slice/app.slice/app-a-1.scope\n"), scope);
-    EXPECT_EQ(applicationUnit("0::/user.slice/app.slice/app-a-1.scope/inner\n"), scope);
-    EXPECT_EQ(applicationUnit("4:memory:/x\n1:name=systemd:/user.slice/app.slice/app-a-1.scope\n"),
-              scope);
-    EXPECT_EQ(applicationUnit("0::/app.slice/app-a@1.service\n"),
-              QStringLiteral("/app.slice/app-a@1.service"));
-    EXPECT_EQ(applicationUnit("0::/app.slice/app-a.slice/vte-spawn-1.scope\n"), QString());
-    EXPECT_EQ(applicationUnit("0::/session.slice/panel.service\n"), QString());
-    EXPECT_EQ(applicationUnit(""), QString());
+TEST_F(ProcessTableTest, ApplicationUnit_IsThatOfTheProcessesControlGroup) {
+    proc.add({.pid = 50, .unit = "/user.slice/app.slice/app-a-1.scope/inner"});
+    EXPECT_EQ(proc.table().applicationUnitOf(50), "/user.slice/app.slice/app-a-1.scope");
+    EXPECT_EQ(proc.table().applicationUnitOf(1), "");
+    EXPECT_EQ(proc.table().applicationUnitOf(99), "");
 }
 
 } // namespace

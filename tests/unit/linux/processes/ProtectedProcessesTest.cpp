@@ -1,6 +1,6 @@
-#include "platform/linux/ProtectedProcesses.h"
+#include "platform/linux/processes/ProtectedProcesses.h"
 
-#include "tests/unit/FakeProc.h"
+#include "tests/unit/linux/processes/FakeProc.h"
 
 #include <gtest/gtest.h>
 

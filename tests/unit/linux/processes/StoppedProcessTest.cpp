@@ -1,6 +1,6 @@
-#include "platform/linux/StoppedProcess.h"
+#include "platform/linux/processes/StoppedProcess.h"
 
-#include "platform/linux/ProcessSignals.h"
+#include "platform/linux/processes/ProcessSignals.h"
 
 #include <QJsonObject>
 #include <gtest/gtest.h>
