@@ -14,9 +14,6 @@ namespace quorvane {
 
 namespace {
 
-// A service that does not answer must not keep a user from logging out.
-constexpr std::chrono::milliseconds lastPatience{2000};
-
 LinuxHelperInstaller::Places helperPlaces(const LinuxBundle& bundle) {
     return {bundle.contentsFolder() + QStringLiteral("/Linux"), helpernames::packagedFolder,
             helpernames::installedFolder};
@@ -66,8 +63,8 @@ std::set<std::int32_t> LinuxPlatform::mainProcesses() const {
 
 void LinuxPlatform::finishPendingWork() {
     puttingBack_->finish();
-    userNotifications_.waitForPending(lastPatience);
-    helperTransport_.waitForPending(lastPatience);
+    userNotifications_.waitForPending(PuttingBack::lastPatience);
+    helperTransport_.waitForPending(PuttingBack::lastPatience);
     helperTransport_.close();
 }
 

@@ -1,16 +1,8 @@
 #include "platform/linux/PuttingBack.h"
 
-#include <chrono>
 #include <utility>
 
 namespace quorvane {
-
-namespace {
-
-// A service that does not answer must not keep a user from logging out.
-constexpr std::chrono::milliseconds writePatience{2000};
-
-} // namespace
 
 PuttingBack::PuttingBack(Bus systemBus)
     : journal_(PuttingBackJournal::defaultPath(), log_), processes_(journal_, log_),
@@ -27,7 +19,7 @@ void PuttingBack::putBack() {
 
 void PuttingBack::finish() {
     if (displays_) {
-        displays_->waitForWrites(writePatience);
+        displays_->waitForWrites(lastPatience);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include <QDBusConnection>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -18,6 +19,10 @@ namespace quorvane {
 class PuttingBack {
   public:
     using Bus = std::function<QDBusConnection()>;
+
+    /// How long the end of the program waits for each service that does not answer: none may keep
+    /// a user from logging out.
+    static constexpr std::chrono::milliseconds lastPatience{2000};
 
     /// `systemBus` is called once, when something is to be known of the displays: connecting takes
     /// as long as the bus pleases.

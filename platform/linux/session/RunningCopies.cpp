@@ -45,12 +45,13 @@ int RunningCopies::count(const QString& bundleIdentifier, const QString& ownIden
     if (isOwn && claim_ == Claim::Won) {
         return 1; // the name, once it is taken, is this program's
     }
-    const bool isOwned = bus_.interface()->isServiceRegistered(bundleIdentifier);
+    const QStringList owned = running();
     if (!isOwn || claim_ == Claim::NotTried) {
-        return isOwned ? 1 : 0;
+        return owned.contains(bundleIdentifier) ? 1 : 0;
     }
-    // Whoever has the claim without a name is about to take one.
-    return isOwned || running().isEmpty() ? 2 : 1;
+    // Whoever has the claim without a name is about to take one. Seen in one look: between two it
+    // could be taken, and neither would count it.
+    return owned.contains(bundleIdentifier) || owned.isEmpty() ? 2 : 1;
 }
 
 bool RunningCopies::announce(const QString& bundleIdentifier) {

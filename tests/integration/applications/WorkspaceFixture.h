@@ -5,6 +5,7 @@
 #include "tests/support/Daemon.h"
 #include "tests/support/PrivateBus.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/RecordActivations.h"
 #include "tests/support/RecordingLog.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/XServer.h"
@@ -135,14 +136,7 @@ class WorkspaceFixture : public testing::Test {
         workspace_ = std::make_unique<LinuxWorkspace>(
             std::move(windows), QStringLiteral("com.TarnwickStudios.quorvane"),
             LinuxWorkspace::Places{contents()}, log_);
-        QObject::connect(workspace_.get(), &Workspace::didActivateApplication, workspace_.get(),
-                         [this](const RunningApplication& application) {
-                             events_.append(QLatin1Char('+') + application.bundleIdentifier);
-                         });
-        QObject::connect(workspace_.get(), &Workspace::didDeactivateApplication, workspace_.get(),
-                         [this](const RunningApplication& application) {
-                             events_.append(QLatin1Char('-') + application.bundleIdentifier);
-                         });
+        recordActivations(*workspace_, events_);
     }
 
     /// What xprop says of a property of the root window.
@@ -190,9 +184,9 @@ class WorkspaceFixture : public testing::Test {
     PrivateBus bus_{PrivateBus::Type::Session}; ///< a window manager's settings are on it
     Daemon manager_;
     RecordingLog log_;
+    QStringList events_;
     std::unique_ptr<LinuxWorkspace> workspace_;
     X11WindowList* windows_ = nullptr; ///< the workspace's
-    QStringList events_;
 };
 
 } // namespace quorvane::test

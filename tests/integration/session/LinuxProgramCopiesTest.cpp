@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace quorvane::test {
 namespace {
 
@@ -38,6 +40,21 @@ TEST_F(LinuxProgramCopiesTest, CopyOfEitherEdition_Counts) {
     EXPECT_EQ(copies_.running(ownEdition), 1) << "this one";
     ASSERT_TRUE(other_.announce(ownEdition));
     EXPECT_EQ(copies_.running(ownEdition), 2) << "the other one too";
+}
+
+TEST_F(LinuxProgramCopiesTest, CopyThatTakesItsNameWhileThisOneLooks_Counts) {
+    ASSERT_TRUE(other_.claim());
+    ASSERT_FALSE(own_.claim());
+    const std::jthread taking([](const std::stop_token& stop) {
+        QDBusConnection bus(QStringLiteral("other"));
+        while (!stop.stop_requested()) {
+            EXPECT_TRUE(bus.registerService(ownEdition));
+            EXPECT_TRUE(bus.unregisterService(ownEdition));
+        }
+    });
+    for (int look = 0; look < 500; ++look) {
+        ASSERT_EQ(copies_.running(ownEdition), 2) << "look " << look;
+    }
 }
 
 TEST_F(LinuxProgramCopiesTest, WithoutASession_ThereAreNone) {

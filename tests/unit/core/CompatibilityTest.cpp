@@ -1,20 +1,12 @@
 #include "tests/support/QtPrinters.h"
+#include "tests/support/SourceFile.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
 namespace quorvane::test {
 
 namespace {
-
-const QString root = QStringLiteral(QUORVANE_SOURCE_DIR "/");
-
-QString contents(const QString& path) {
-    QFile file(root + path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return QString::fromUtf8(file.readAll());
-}
 
 /// One row of a table of the page: the name that is kept, and the file that has it.
 struct Kept {
@@ -26,7 +18,8 @@ QList<Kept> keptNames() {
     static const QRegularExpression row(QStringLiteral(R"(^\| `([^`]+)` \| ([a-z]+/[^ |]+) \|)"),
                                         QRegularExpression::MultilineOption);
     QList<Kept> found;
-    for (const auto& each : row.globalMatch(contents(QStringLiteral("docs/compatibility.md")))) {
+    const QString page = QString::fromUtf8(sourceFile(QStringLiteral("docs/compatibility.md")));
+    for (const auto& each : row.globalMatch(page)) {
         found.append({each.captured(1), each.captured(2)});
     }
     return found;
@@ -38,7 +31,7 @@ TEST(CompatibilityTest, EveryNameOfThePage_IsStillInItsFile) {
     const QList<Kept> names = keptNames();
     EXPECT_GT(names.size(), 40);
     for (const Kept& each : names) {
-        EXPECT_TRUE(contents(each.file).contains(each.name))
+        EXPECT_TRUE(sourceFile(each.file).contains(each.name.toUtf8()))
             << each.name.toStdString() << " in " << each.file.toStdString();
     }
 }

@@ -1,5 +1,6 @@
 #include "core/Localized.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/SourceFile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -13,13 +14,7 @@ namespace quorvane::test {
 
 namespace {
 
-const QString root = QStringLiteral(QUORVANE_SOURCE_DIR);
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
+const QDir root(QStringLiteral(QUORVANE_SOURCE_DIR));
 
 QString unescaped(QString text) {
     return text.replace(QStringLiteral("\\\""), QStringLiteral("\""));
@@ -55,20 +50,19 @@ void addLayoutTexts(const QString& layout, QSet<QString>& keys) {
 
 QSet<QString> allKeys() {
     QSet<QString> keys;
-    for (const QString& folder : QDir(root).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+    for (const QString& folder : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         if (folder == QLatin1String("build") || folder == QLatin1String("tests")) {
             continue;
         }
-        QDirIterator files(root + QLatin1Char('/') + folder, {QStringLiteral("*.cpp")}, QDir::Files,
+        QDirIterator files(root.filePath(folder), {QStringLiteral("*.cpp")}, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
-            addKeys(QString::fromUtf8(contents(files.next())), keys);
+            addKeys(QString::fromUtf8(sourceFile(root.relativeFilePath(files.next()))), keys);
         }
     }
-    for (const QString& name : QDir(root + QStringLiteral("/resources"))
+    for (const QString& name : QDir(root.filePath(QStringLiteral("resources")))
                                    .entryList({QStringLiteral("*.ui")}, QDir::Files)) {
-        addLayoutTexts(QString::fromUtf8(contents(root + QStringLiteral("/resources/") + name)),
-                       keys);
+        addLayoutTexts(QString::fromUtf8(sourceFile(QStringLiteral("resources/") + name)), keys);
     }
     return keys;
 }

@@ -4,6 +4,7 @@
 #include "apps/helper/LoadedList.h"
 #include "apps/helper/RunTimeConfiguration.h"
 #include "helperclient/Common.h"
+#include "tests/support/SourceFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -37,10 +38,8 @@ TEST(ActionNamesTest, NamesThatPolkitCannotHold_AreMappedByOneRule) {
 }
 
 TEST(ActionNamesTest, EveryRightOfTheTable_HasAnActionInThePolicy) {
-    QFile policy(QStringLiteral(QUORVANE_SOURCE_DIR "/packaging/helper/polkit-1/actions/"
-                                                    "com.TarnwickStudios.quorvane.helper.policy"));
-    ASSERT_TRUE(policy.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(policy.readAll());
+    const QString text = QString::fromUtf8(sourceFile(QStringLiteral(
+        "packaging/helper/polkit-1/actions/com.TarnwickStudios.quorvane.helper.policy")));
     int rights = 0;
     Common::enumerateRightsUsingBlock(
         [&](const QString& name, const QString& /*rule*/, const QString& /*description*/) {

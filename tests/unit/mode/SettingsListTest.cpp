@@ -4,9 +4,9 @@
 #include "core/UserDefaults.h"
 #include "mode/RegisteredDefaults.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/SourceFile.h"
 #include "tests/unit/simulated/SimulatedLaptopTest.h"
 
-#include <QFile>
 #include <QSet>
 #include <gmock/gmock.h>
 
@@ -71,10 +71,9 @@ QString tableIn(const QString& text) {
 } // namespace
 
 TEST_F(SettingsListTest, ReadmesTable_IsTheList) {
-    QFile readme(QStringLiteral(QUORVANE_SOURCE_DIR "/README.md"));
-    ASSERT_TRUE(readme.open(QIODevice::ReadOnly));
+    const QString readme = QString::fromUtf8(sourceFile(QStringLiteral("README.md")));
     const QString expected = tableForReadme();
-    EXPECT_TRUE(tableIn(QString::fromUtf8(readme.readAll())) == expected)
+    EXPECT_TRUE(tableIn(readme) == expected)
         << "Put this in the place of the table of settings in README.md:\n\n"
         << expected.toStdString();
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/applications/LinuxWorkspace.h"
 #include "tests/support/QtPrinters.h"
+#include "tests/support/RecordActivations.h"
 #include "tests/support/RecordingLog.h"
 
 #include <QCoreApplication>
@@ -90,14 +91,7 @@ class WorkspaceWindowsTest : public testing::Test {
                                    {folder_.filePath(QStringLiteral("entries"))},
                                    QString()},
             log_);
-        QObject::connect(workspace_.get(), &Workspace::didActivateApplication, workspace_.get(),
-                         [this](const RunningApplication& application) {
-                             events_.append(QLatin1Char('+') + application.bundleIdentifier);
-                         });
-        QObject::connect(workspace_.get(), &Workspace::didDeactivateApplication, workspace_.get(),
-                         [this](const RunningApplication& application) {
-                             events_.append(QLatin1Char('-') + application.bundleIdentifier);
-                         });
+        recordActivations(*workspace_, events_);
     }
 
     void begin() const {
@@ -134,8 +128,8 @@ class WorkspaceWindowsTest : public testing::Test {
     QTemporaryDir folder_;
     RecordingLog log_;
     FakeWindowList* windows_ = nullptr; ///< the workspace's
-    std::unique_ptr<LinuxWorkspace> workspace_;
     QStringList events_;
+    std::unique_ptr<LinuxWorkspace> workspace_;
 };
 
 TEST_F(WorkspaceWindowsTest, ApplicationIdWithoutAProcess_MakesAnApplication) {
