@@ -76,6 +76,9 @@ class BusCallTest : public testing::Test {
             if (call.member() == QLatin1String("RefuseWithoutWords")) {
                 return call.createErrorReply(QStringLiteral("com.example.Error.Never"), {});
             }
+            if (call.member() == QLatin1String("RefuseAs")) {
+                return call.createErrorReply(call.arguments().constFirst().toString(), {});
+            }
             if (call.member() == QLatin1String("Get")) {
                 return call.createReply(QVariant::fromValue(QDBusVariant(QStringLiteral("blue"))));
             }
@@ -162,6 +165,26 @@ TEST_F(BusCallTest, ErrorOfTheService_IsTheServicesAndHasNoValues) {
     EXPECT_FALSE(answer.isReplyOf(QLatin1String("s")));
     EXPECT_EQ(kindOf(question(QStringLiteral("RefuseWithoutWords"))), Kind::Refused);
     EXPECT_EQ(answer.errorText(), QStringLiteral("com.example.Error.Never"));
+}
+
+TEST_F(BusCallTest, NamesOfErrors_TellWhetherTheServiceHasAnswered) {
+    const auto fake = service();
+    const auto kindOfError = [this](const char* name) {
+        BusCall call = question(QStringLiteral("RefuseAs"));
+        call.arguments = {QStringLiteral("org.freedesktop.DBus.Error.") + QLatin1String(name)};
+        return kindOf(call);
+    };
+    for (const char* name : {"ServiceUnknown", "NameHasNoOwner", "NoServer", "Disconnected",
+                             "Spawn.ChildExited", "Spawn.ServiceNotFound"}) {
+        EXPECT_EQ(kindOfError(name), Kind::Absent) << name;
+    }
+    for (const char* name : {"NoReply", "Timeout", "TimedOut"}) {
+        EXPECT_EQ(kindOfError(name), Kind::Unanswered) << name;
+    }
+    for (const char* name : {"AccessDenied", "Failed", "UnknownMethod", "UnknownInterface",
+                             "UnknownObject", "InvalidArgs", "LimitsExceeded", "NotSupported"}) {
+        EXPECT_EQ(kindOfError(name), Kind::Refused) << name;
+    }
 }
 
 TEST_F(BusCallTest, ServiceThatNobodyKnows_IsAbsent) {
