@@ -12,7 +12,7 @@ namespace {
 constexpr QLatin1String watcherName("org.kde.StatusNotifierWatcher");
 constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 
-// Of RequestName, as the D-Bus specification has them.
+// Of RequestName, in the numbers of the protocol.
 constexpr uint doNotQueue = 4;
 constexpr uint isPrimaryOwner = 1;
 constexpr uint wasPrimaryOwner = 4;

@@ -119,7 +119,9 @@ class OnScreen(unittest.TestCase):
         return output_of(self.desktop, "xdotool", *arguments)
 
     def active_window(self):
-        return self.property_of("-root", "_NET_ACTIVE_WINDOW").split()[-1]
+        """0 when there is none, also before the window manager has ever said so."""
+        found = re.search(r"# (0x[0-9a-f]+)", self.property_of("-root", "_NET_ACTIVE_WINDOW"))
+        return int(found.group(1), 16) if found else 0
 
     def property_of(self, window, name):
         where = ["-root"] if window == "-root" else ["-id", str(window)]
@@ -129,7 +131,7 @@ class OnScreen(unittest.TestCase):
         found = wait_until(lambda: self.tool("search", "--onlyvisible", "--name", f"^{title}$"),
                            f"a window {title}")
         window = int(found.split()[-1])
-        wait_until(lambda: int(self.active_window(), 16) == window, "the keyboard")
+        wait_until(lambda: self.active_window() == window, "the keyboard")
         return window
 
     def geometry(self, window):
