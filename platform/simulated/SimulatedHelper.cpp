@@ -3,10 +3,12 @@
 #include "platform/HelperToolProtocol.h"
 
 #include <QMap>
-#include <QThreadPool>
 
+#include <condition_variable>
+#include <deque>
 #include <list>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 namespace quorvane {
@@ -14,22 +16,66 @@ namespace quorvane {
 namespace {
 
 // Commands, replies and handlers run on one thread that is not the main one, as with the real
-// transport.
+// transport. Not on one of Qt's pools: ThreadSanitizer would see none of its hand-overs.
 class Queue {
   public:
-    Queue() { pool_.setMaxThreadCount(1); }
+    Queue() = default;
 
-    ~Queue() { settle(); }
+    /// What is queued still runs.
+    ~Queue() {
+        {
+            const std::lock_guard lock(mutex_);
+            isEnding_ = true;
+        }
+        changed_.notify_all();
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+    }
 
     Queue(const Queue&) = delete;
     Queue& operator=(const Queue&) = delete;
 
-    void run(std::function<void()> block) { pool_.start(std::move(block)); }
+    void run(std::function<void()> block) {
+        const std::lock_guard lock(mutex_);
+        blocks_.push_back(std::move(block));
+        if (!thread_.joinable()) {
+            thread_ = std::thread([this] { work(); });
+        }
+        changed_.notify_all();
+    }
 
-    void settle() { pool_.waitForDone(); }
+    void settle() {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return blocks_.empty() && !isRunning_; });
+    }
 
   private:
-    QThreadPool pool_;
+    void work() {
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            changed_.wait(lock, [this] { return isEnding_ || !blocks_.empty(); });
+            if (blocks_.empty()) {
+                return;
+            }
+            std::function<void()> block = std::move(blocks_.front());
+            blocks_.pop_front();
+            isRunning_ = true;
+            lock.unlock();
+            block();
+            block = nullptr; // what it holds ends before it counts as done
+            lock.lock();
+            isRunning_ = false;
+            changed_.notify_all();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<std::function<void()>> blocks_;
+    bool isRunning_ = false;
+    bool isEnding_ = false;
+    std::thread thread_;
 };
 
 } // namespace

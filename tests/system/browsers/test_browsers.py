@@ -85,7 +85,7 @@ class BrowserSession(ResidentSession):
 
     def check_nothing_is_stopped(self):
         wait_until(lambda: not processes.stopped(), "nothing stopped", PASS)
-        wait_until(lambda: not self.desktop.journal(), "an empty journal")
+        self.desktop.wait_for_empty_journal()
 
     def check_whole_cycle(self):
         """Stopped behind, running in front, stopped again when left, running afterwards."""

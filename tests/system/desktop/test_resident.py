@@ -100,7 +100,7 @@ class ResidentTest(ResidentSession):
         self.wait_for_titles(MODE_IS_ON, STOPPING)
         self.assertEqual(desktop.notifications()[1][1], "Your computer is now plugged in.")
         self.assertEqual(desktop.setting("QuorvaneActive"), "false")
-        self.assertEqual(desktop.journal(), [])
+        desktop.wait_for_empty_journal()
 
     # --- the screen
 
@@ -211,7 +211,7 @@ class ResidentTest(ResidentSession):
         desktop = self.crash_in_the_mode()
         desktop.quorvane()
         self.wait_for_brightness(FOUND)
-        wait_until(lambda: desktop.journal() == [], "an empty journal")
+        desktop.wait_for_empty_journal()
         self.settle()
         self.assertEqual(desktop.brightness, FOUND)
 

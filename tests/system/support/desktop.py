@@ -320,6 +320,10 @@ class Desktop:
                 pass  # gone since, as a journal goes when nothing is left in it
         return entries
 
+    def wait_for_empty_journal(self):
+        """A change is struck off after it has been undone: whoever writes it may be another."""
+        wait_until(lambda: not self.journal(), "an empty journal")
+
     @property
     def framebuffer(self):
         """The file, in X's own format, that holds what is on the screen at any time."""
