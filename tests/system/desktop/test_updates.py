@@ -11,11 +11,13 @@ from resident import ResidentSession
 PACKAGE_KIT = "/usr/libexec/packagekitd"
 SERVICE = "org.freedesktop.PackageKit"
 
-# The daemon forgets its environment, and with it where the bus of the test is.
+# The daemon forgets its environment, and with it where the bus of the test is. Its database is for one
+# daemon: another one that runs at the same time finds it locked, and ends or keeps silent.
 SCRIPT = """
 set -e
-mkdir -p /run/dbus
+mkdir -p /run/dbus /var/lib/PackageKit
 mount -t tmpfs tmpfs /run/dbus
+mount -t tmpfs tmpfs /var/lib/PackageKit
 ln -s "$1" /run/dbus/system_bus_socket
 exec "$2"
 """
