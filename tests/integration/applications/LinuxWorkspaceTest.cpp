@@ -274,16 +274,16 @@ TEST_P(LinuxWorkspaceTest, KeysClicksAndTitlesOfOthers_DoNotWakeEachTime) {
         sample.tell(QStringLiteral("title %1 title%2").arg(window).arg(title));
     }
     settleQuietly();
-    // openbox writes the order of the windows, a property of the root window, once for all of
-    // these.
+    // openbox may write the order of the windows, a property of the root window, and each run of
+    // xdotool may announce a layout of the keyboard to everybody: a few for a hundred events.
+    constexpr std::uint64_t few = 10;
     const std::uint64_t restacked = windows_->wakeUps();
-    EXPECT_LE(restacked, before + 1);
-    // Each run of xdotool may announce a layout of the keyboard to everybody, once.
+    EXPECT_LE(restacked, before + few);
     run({QStringLiteral("key"), QStringLiteral("--repeat"), QStringLiteral("100"),
          QStringLiteral("--delay"), QStringLiteral("2"), QStringLiteral("Shift_L")});
     settleQuietly();
     const std::uint64_t typed = windows_->wakeUps();
-    EXPECT_LE(typed, restacked + 1);
+    EXPECT_LE(typed, restacked + few);
     sample.window(one());
     settleQuietly();
     EXPECT_GT(windows_->wakeUps(), typed);
